@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QString>
+#include <QByteArray>
+
+#include <exception>
+#include <functional>
+
+namespace kv {
+
+// The library's general exception: a message text, usually from the ideConsts table.
+class Exception : public std::exception
+{
+public:
+    explicit Exception(const QString &message);
+    // Formats a message of the table with QString::arg, in argument order.
+    template <typename... Args>
+    static Exception Fmt(const char *message, const Args &...args)
+    {
+        return Exception(QString::fromUtf8(message).arg(args...));
+    }
+
+    const QString &Message() const noexcept { return m_message; }
+    const char *what() const noexcept override { return m_utf8.constData(); }
+
+private:
+    QString m_message;
+    QByteArray m_utf8;
+};
+
+// How the application shows an error that reached an event handler, slot or timer.
+using TExceptionHandler = std::function<void(const QString &message)>;
+
+// Shows the error through the installed handler (a message box by default, or a
+// warning on the log when there is no QApplication).
+void ShowException(const std::exception &e);
+void ShowException(const QString &message);
+
+// Replaces the handler; an empty handler restores the default. Returns the previous one.
+TExceptionHandler SetExceptionHandler(TExceptionHandler handler);
+
+// Runs f and hands any exception it raises to ShowException, so that nothing of ours
+// throws through Qt's event or signal dispatch.
+template <typename F>
+void Guarded(F &&f) noexcept
+{
+    try {
+        f();
+    } catch (const std::exception &e) {
+        ShowException(e);
+    } catch (...) {
+        ShowException(QStringLiteral("Unknown error"));
+    }
+}
+
+} // namespace kv

@@ -1,0 +1,43 @@
+#pragma once
+
+// Loads the package into a Qt Widgets program, as the host IDE's package loader did:
+// Load runs the unit start table; Register gives the add-ins the program's main menu and
+// runs the units' registration procedures; destruction (or Unload) destroys the
+// registered add-ins and runs the unit stop table.
+
+#include <QObject>
+#include <QPointer>
+
+#include <memory>
+#include <vector>
+
+class QWidget;
+
+namespace kv {
+
+class TIExpert;
+class TIToolServices;
+
+class TPackageHost : public QObject
+{
+    Q_OBJECT
+public:
+    explicit TPackageHost(QObject *parent = nullptr);
+    ~TPackageHost() override;
+
+    void Load();
+    // Registers the add-ins with mainWindow's menu bar as the host's main menu (none when
+    // mainWindow is null or has no menu bar: the add-ins are registered without a menu).
+    void Register(QWidget *mainWindow);
+    void Unload();
+
+    bool IsLoaded() const { return m_loaded; }
+    const std::vector<std::unique_ptr<TIExpert>> &Experts() const { return m_experts; }
+
+private:
+    bool m_loaded = false;
+    std::unique_ptr<TIToolServices> m_toolServices;
+    std::vector<std::unique_ptr<TIExpert>> m_experts;
+};
+
+} // namespace kv
