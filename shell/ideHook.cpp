@@ -3,21 +3,21 @@
 #include "platform/kvException.h"
 
 #include <QHash>
-#include <QList>
 #include <QObject>
+#include <QVarLengthArray>
 
 #include <memory>
-#include <unordered_map>
 
 namespace kv {
 
 namespace {
 
-// One watched address and what to call when it goes.
+// One watched address and what to call when it goes. Most objects have one registration,
+// kept inline so that registering and destroying allocate nothing of their own.
 struct TFreeNotifierInfo
 {
-    QList<TFreeNotifyMethod> Notifiers;
-    QMetaObject::Connection Connection; // to QObject::destroyed, for QObjects only
+    QVarLengthArray<TFreeNotifyMethod, 1> Notifiers;
+    bool IsQObject = false;
 };
 
 // Receives QObject::destroyed of every watched QObject. One receiver for all keeps the
@@ -27,6 +27,21 @@ class TFreeNotifyReceiver : public QObject
     Q_OBJECT
 public:
     using QObject::QObject;
+
+    // By method index: a member-pointer connection allocates a slot object whose teardown
+    // makes every watched destruction several times dearer, and holding a
+    // QMetaObject::Connection would keep Qt's connection alive past the sender.
+    static int DestroyedSignal()
+    {
+        static const int index = QObject::staticMetaObject.indexOfSignal("destroyed(QObject*)");
+        return index;
+    }
+    static int DestroyedSlot()
+    {
+        static const int index = staticMetaObject.indexOfSlot("ObjectDestroyed(QObject*)");
+        return index;
+    }
+
 public Q_SLOTS:
     void ObjectDestroyed(QObject *obj);
 };
@@ -39,16 +54,13 @@ class TFreeNotifiersList
 public:
     void Add(const void *key, const QObject *qobj, TFreeNotifyMethod method)
     {
-        std::unique_ptr<TFreeNotifierInfo> &info = m_infos[key];
-        if (!info) {
-            info = std::make_unique<TFreeNotifierInfo>();
-            if (qobj) {
-                info->Connection = QObject::connect(qobj, &QObject::destroyed, Receiver(),
-                                                    &TFreeNotifyReceiver::ObjectDestroyed,
-                                                    Qt::DirectConnection);
-            }
+        TFreeNotifierInfo &info = m_infos[key];
+        if (info.Notifiers.isEmpty() && qobj) {
+            info.IsQObject = true;
+            QMetaObject::connect(qobj, TFreeNotifyReceiver::DestroyedSignal(), Receiver(),
+                                 TFreeNotifyReceiver::DestroyedSlot(), Qt::DirectConnection);
         }
-        info->Notifiers.append(method);
+        info.Notifiers.append(method);
     }
 
     void Remove(const void *key, TFreeNotifyMethod method)
@@ -56,10 +68,14 @@ public:
         auto it = m_infos.find(key);
         if (it == m_infos.end())
             return;
-        TFreeNotifierInfo &info = *it->second;
+        TFreeNotifierInfo &info = it.value();
         info.Notifiers.removeIf([&](const TFreeNotifyMethod &m) { return m == method; });
         if (info.Notifiers.isEmpty()) {
-            QObject::disconnect(info.Connection);
+            if (info.IsQObject) {
+                // A watched QObject is alive while it is in the registry.
+                QMetaObject::disconnect(static_cast<const QObject *>(key), TFreeNotifyReceiver::DestroyedSignal(),
+                                        Receiver(), TFreeNotifyReceiver::DestroyedSlot());
+            }
             m_infos.erase(it);
         }
     }
@@ -72,10 +88,10 @@ public:
         auto it = m_infos.find(key);
         if (it == m_infos.end())
             return;
-        const std::unique_ptr<TFreeNotifierInfo> info = std::move(it->second);
+        const TFreeNotifierInfo info = std::move(it.value());
         m_infos.erase(it);
         // Nothing else can reach this list any more, so a plain walk is safe.
-        for (const TFreeNotifyMethod &method : std::as_const(info->Notifiers))
+        for (const TFreeNotifyMethod &method : info.Notifiers)
             Guarded([&] { method(key); });
     }
 
@@ -96,7 +112,7 @@ private:
         return m_receiver.get();
     }
 
-    std::unordered_map<const void *, std::unique_ptr<TFreeNotifierInfo>> m_infos;
+    QHash<const void *, TFreeNotifierInfo> m_infos;
     std::unique_ptr<TFreeNotifyReceiver> m_receiver;
 };
 

@@ -1,0 +1,31 @@
+#include "design/ideGen.h"
+
+#include "foundation/ideSystem.h"
+
+#include <QCoreApplication>
+
+namespace kv {
+
+bool IsIDEApplicationName(const QString &applicationName)
+{
+    static const char *const ideNames[] = {"QtCreator", "Qt Creator", "Designer", "Qt Designer"};
+    for (const char *name : ideNames) {
+        if (applicationName.compare(QLatin1String(name), Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    return false;
+}
+
+bool HostIsIDE()
+{
+    return QCoreApplication::instance() && IsIDEApplicationName(QCoreApplication::applicationName());
+}
+
+void ideGen::Initialize()
+{
+    UnderDelphiIDE = HostIsIDE();
+}
+
+void ideGen::Finalize() {}
+
+} // namespace kv

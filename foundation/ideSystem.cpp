@@ -1,0 +1,23 @@
+#include "foundation/ideSystem.h"
+
+namespace kv {
+
+bool UnderDelphiIDE = false;
+
+void RegisterForDelphi(TProcedure Proc)
+{
+    if (Proc)
+        Proc();
+}
+
+void RegisterForQuillon(TProcedure Proc)
+{
+    if (Proc && !UnderDelphiIDE)
+        Proc();
+}
+
+void ideSystem::Initialize() {}
+
+void ideSystem::Finalize() {}
+
+} // namespace kv

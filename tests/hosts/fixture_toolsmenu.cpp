@@ -1,0 +1,69 @@
+// A small foreign Qt Widgets program for the launcher tests: it does not link the package.
+// It shows a main window whose Tools menu is named as the command line says, then prints
+// its Tools menu and the preload variables it sees, and quits.
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTimer>
+
+#include <cstdio>
+
+static void PrintLine(const QString &line)
+{
+    std::fputs(qPrintable(line + u'\n'), stdout);
+    std::fflush(stdout);
+}
+
+static void PrintEnvironment()
+{
+    PrintLine(QStringLiteral("ENV LD_PRELOAD=") + qEnvironmentVariable("LD_PRELOAD"));
+    PrintLine(QStringLiteral("ENV KVIDEINSP_PRELOAD=") + qEnvironmentVariable("KVIDEINSP_PRELOAD"));
+}
+
+int main(int argc, char **argv)
+{
+    const QString mode = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral("named");
+    if (mode == QLatin1String("core")) {
+        QCoreApplication app(argc, argv);
+        QTimer::singleShot(0, &app, [] {
+            PrintEnvironment();
+            PrintLine(QStringLiteral("CORE OK"));
+            QCoreApplication::quit();
+        });
+        return app.exec();
+    }
+
+    QApplication app(argc, argv);
+    QMainWindow window;
+    QMenu *file = window.menuBar()->addMenu(QStringLiteral("&File"));
+    file->addAction(QStringLiteral("&Quit"));
+    QMenu *tools = nullptr;
+    if (mode == QLatin1String("named")) {
+        tools = window.menuBar()->addMenu(QStringLiteral("E&xtras"));
+        tools->setObjectName(QStringLiteral("ToolsMenu"));
+    } else if (mode == QLatin1String("dotted")) {
+        tools = window.menuBar()->addMenu(QStringLiteral("&Werkzeuge"));
+        tools->setObjectName(QStringLiteral("Fixture.Menu.Tools"));
+    } else if (mode == QLatin1String("title")) {
+        tools = window.menuBar()->addMenu(QStringLiteral("&Tools"));
+    } else {
+        window.menuBar()->addMenu(QStringLiteral("&Help"))->addAction(QStringLiteral("&About"));
+    }
+    if (tools) {
+        tools->addAction(QStringLiteral("&Options"));
+        tools->addAction(QStringLiteral("&Customize..."));
+    }
+    window.show();
+    QTimer::singleShot(0, &app, [tools] {
+        if (tools) {
+            for (const QAction *action : tools->actions())
+                PrintLine(QStringLiteral("TOOLS ") + action->text() + u'|' + action->objectName());
+        }
+        PrintEnvironment();
+        QCoreApplication::quit();
+    });
+    return app.exec();
+}
