@@ -4,7 +4,36 @@
 #include "platform/kvQtToolServices.h"
 #include "shell/kvIDEInspD5.h"
 
+#include <QAction>
+#include <QCoreApplication>
+#include <QLoggingCategory>
+#include <QMenu>
+#include <QWidget>
+
 namespace kv {
+
+Q_LOGGING_CATEGORY(lcHost, "kv.host", QtWarningMsg)
+
+namespace {
+
+// Where the add-in's item went, for QT_LOGGING_RULES="kv.host.debug=true".
+void LogToolsMenu(const QWidget *mainWindow)
+{
+    if (!lcHost().isDebugEnabled())
+        return;
+    const auto *item = mainWindow ? mainWindow->findChild<QAction *>(QStringLiteral("ToolsKorvoIDEInspector")) : nullptr;
+    const auto *menu = item ? qobject_cast<const QMenu *>(item->parent()) : nullptr;
+    if (!menu) {
+        qCDebug(lcHost) << "no Tools menu item was inserted";
+        return;
+    }
+    QStringList texts;
+    for (const QAction *action : menu->actions())
+        texts << (action->isSeparator() ? QStringLiteral("---") : action->text());
+    qCDebug(lcHost).noquote() << "Tools menu" << menu->objectName() << menu->title() << ":" << texts.join(QLatin1String(" | "));
+}
+
+} // namespace
 
 TPackageHost::TPackageHost(QObject *parent)
     : QObject(parent)
@@ -22,6 +51,7 @@ void TPackageHost::Load()
         return;
     kvIDEInspD5::Initialize();
     m_loaded = true;
+    qCDebug(lcHost) << "package started in" << QCoreApplication::applicationName();
 }
 
 void TPackageHost::Register(QWidget *mainWindow)
@@ -35,7 +65,9 @@ void TPackageHost::Register(QWidget *mainWindow)
     {
         ~TCloseRegistration() { LibraryExpertProc() = {}; }
     } closeRegistration;
+    qCDebug(lcHost) << "registering add-ins with" << mainWindow;
     kvIDEInspD5::RegisterUnits();
+    LogToolsMenu(mainWindow);
 }
 
 void TPackageHost::Unload()

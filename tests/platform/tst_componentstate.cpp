@@ -1,0 +1,199 @@
+#include "platform/kvComponentState.h"
+
+#include <QTest>
+#include <QTimer>
+#include <QWidget>
+
+#include <memory>
+#include <new>
+
+using namespace kv;
+
+namespace {
+
+// One of our classes: it says so when its destruction begins.
+class TOwnComponent : public QObject
+{
+    Q_OBJECT
+public:
+    using QObject::QObject;
+    ~TOwnComponent() override
+    {
+        IncludeState(this, csDestroying);
+        if (onDestroying)
+            onDestroying();
+    }
+    std::function<void()> onDestroying;
+};
+
+// Records the state of obj at the moment its destroyed signal reaches the test.
+TComponentState *RecordStateWhenDestroyed(QObject *obj)
+{
+    auto *seen = new TComponentState;
+    QObject::connect(obj, &QObject::destroyed, [seen](QObject *dying) { *seen = ComponentState(dying); });
+    return seen;
+}
+
+} // namespace
+
+class TestComponentState : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QCOMPARE(ComponentStateCount(), 0); }
+    void cleanup() { QCOMPARE(ComponentStateCount(), 0); }
+
+    void platformBitOrder()
+    {
+        QCOMPARE(int(csLoading), 1 << 0);
+        QCOMPARE(int(csReading), 1 << 1);
+        QCOMPARE(int(csWriting), 1 << 2);
+        QCOMPARE(int(csDestroying), 1 << 3);
+        QCOMPARE(int(csDesigning), 1 << 4);
+        QCOMPARE(int(csAncestor), 1 << 5);
+        QCOMPARE(int(csUpdating), 1 << 6);
+        QCOMPARE(int(csFixups), 1 << 7);
+        QCOMPARE(int(csFreeNotification), 1 << 8);
+        QCOMPARE(int(csInline), 1 << 9);
+        QCOMPARE(int(csDesignInstance), 1 << 10);
+    }
+
+    void foreignObjectsKeepStateBesideThem()
+    {
+        QTimer timer;
+        QWidget widget;
+        QCOMPARE(ComponentState(&timer), TComponentState());
+        QCOMPARE(ComponentState(nullptr), TComponentState());
+        SetComponentState(nullptr, csLoading); // ignored
+
+        SetComponentState(&timer, csLoading | csReading);
+        IncludeState(&widget, csUpdating);
+        QCOMPARE(ComponentState(&timer), csLoading | csReading);
+        QCOMPARE(ComponentState(&widget), TComponentState(csUpdating));
+        QVERIFY(timer.dynamicPropertyNames().isEmpty());
+        QVERIFY(timer.children().isEmpty());
+
+        ExcludeState(&timer, csLoading);
+        QCOMPARE(ComponentState(&timer), TComponentState(csReading));
+        IncludeState(&timer, csWriting);
+        QCOMPARE(ComponentState(&timer), csReading | csWriting);
+
+        // An empty state keeps no record.
+        QCOMPARE(ComponentStateCount(), 2);
+        SetComponentState(&timer, {});
+        ExcludeState(&widget, csUpdating);
+        QCOMPARE(ComponentStateCount(), 0);
+    }
+
+    void designingHoldsForTheSubtree()
+    {
+        QWidget form;
+        auto *panel = new QWidget(&form);
+        auto *button = new QWidget(panel);
+        auto *outside = new QObject;
+        std::unique_ptr<QObject> outsideOwner(outside);
+
+        IncludeState(&form, csDesigning);
+        QCOMPARE(ComponentState(button), TComponentState(csDesigning));
+        QCOMPARE(ComponentStateCount(), 1);
+
+        // Created or moved in later: designing too; moved out: no longer.
+        auto *later = new QObject(panel);
+        QVERIFY(ComponentState(later).testFlag(csDesigning));
+        outside->setParent(button);
+        QVERIFY(ComponentState(outside).testFlag(csDesigning));
+        outside->setParent(nullptr);
+        QVERIFY(!ComponentState(outside).testFlag(csDesigning));
+
+        // Other flags stay on their object.
+        IncludeState(panel, csLoading);
+        QCOMPARE(ComponentState(panel), csLoading | csDesigning);
+        QCOMPARE(ComponentState(button), TComponentState(csDesigning));
+        QCOMPARE(ComponentState(&form), TComponentState(csDesigning));
+
+        // Writing back a state read below the root does not pin csDesigning there.
+        SetComponentState(button, ComponentState(button) | csReading);
+        ExcludeState(panel, csDesigning); // no effect: set on the form
+        QVERIFY(ComponentState(panel).testFlag(csDesigning));
+        ExcludeState(&form, csDesigning);
+        QCOMPARE(ComponentState(&form), TComponentState());
+        QCOMPARE(ComponentState(panel), TComponentState(csLoading));
+        QCOMPARE(ComponentState(button), TComponentState(csReading));
+        QCOMPARE(ComponentState(later), TComponentState());
+
+        SetComponentState(panel, {});
+        SetComponentState(button, {});
+    }
+
+    void ourDestructorsMarkTheSubtree()
+    {
+        auto *own = new TOwnComponent;
+        auto *child = new QObject(own);
+        auto *grandChild = new QObject(child);
+        TComponentState ownSeen, grandChildSeen;
+        own->onDestroying = [&] {
+            ownSeen = ComponentState(own);
+            grandChildSeen = ComponentState(grandChild);
+        };
+        // Still so when ~QObject deletes the children.
+        std::unique_ptr<TComponentState> childSeen(RecordStateWhenDestroyed(child));
+        delete own;
+        QCOMPARE(ownSeen, TComponentState(csDestroying));
+        QCOMPARE(grandChildSeen, TComponentState(csDestroying));
+        QCOMPARE(*childSeen, TComponentState(csDestroying));
+    }
+
+    void foreignObjectWithStateMarksItsChildrenWhenDestroyed()
+    {
+        // A designed foreign form being closed: its widgets die designing and destroying.
+        auto *form = new QWidget;
+        auto *panel = new QWidget(form);
+        auto *label = new QWidget(panel);
+        IncludeState(form, csDesigning);
+        std::unique_ptr<TComponentState> panelSeen(RecordStateWhenDestroyed(panel));
+        std::unique_ptr<TComponentState> labelSeen(RecordStateWhenDestroyed(label));
+        delete form;
+        QCOMPARE(*panelSeen, csDesigning | csDestroying);
+        QCOMPARE(*labelSeen, csDesigning | csDestroying);
+
+        // The same for plain QObjects, whose destroyed comes from ~QObject itself.
+        auto *module = new QObject;
+        auto *item = new QObject(module);
+        IncludeState(module, csLoading);
+        std::unique_ptr<TComponentState> itemSeen(RecordStateWhenDestroyed(item));
+        delete module;
+        QCOMPARE(*itemSeen, TComponentState(csDestroying));
+    }
+
+    void deadRecordsAreNeverReused()
+    {
+        // Placement new gives the second object the first one's address for certain.
+        alignas(QObject) unsigned char storage[sizeof(QObject)];
+
+        auto *first = new (storage) QObject;
+        IncludeState(first, csDesigning | csLoading);
+        first->~QObject();
+        QCOMPARE(ComponentStateCount(), 0);
+        auto *second = new (storage) QObject;
+        QCOMPARE(ComponentState(second), TComponentState());
+        second->~QObject();
+
+        // Foreign code may cut every connection of an object, ours to destroyed included.
+        auto *cut = new (storage) QObject;
+        IncludeState(cut, csDesigning | csLoading);
+        cut->disconnect();
+        cut->~QObject();
+        auto *third = new (storage) QObject;
+        auto *thirdChild = new QObject(third);
+        QCOMPARE(ComponentState(thirdChild), TComponentState());
+        QCOMPARE(ComponentState(third), TComponentState());
+        QCOMPARE(ComponentStateCount(), 0);
+        IncludeState(third, csReading);
+        QCOMPARE(ComponentState(third), TComponentState(csReading));
+        third->~QObject();
+    }
+};
+
+QTEST_MAIN(TestComponentState)
+#include "tst_componentstate.moc"
