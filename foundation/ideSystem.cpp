@@ -1,5 +1,7 @@
 #include "foundation/ideSystem.h"
 
+#include "foundation/ideSystem_notifiers.h"
+
 namespace kv {
 
 bool UnderDelphiIDE = false;
@@ -18,6 +20,9 @@ void RegisterForQuillon(TProcedure Proc)
 
 void ideSystem::Initialize() {}
 
-void ideSystem::Finalize() {}
+void ideSystem::Finalize()
+{
+    FinalizeNotifiers();
+}
 
 } // namespace kv
