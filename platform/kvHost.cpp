@@ -33,7 +33,24 @@ void LogToolsMenu(const QWidget *mainWindow)
     qCDebug(lcHost).noquote() << "Tools menu" << menu->objectName() << menu->title() << ":" << texts.join(QLatin1String(" | "));
 }
 
+struct THostState
+{
+    int LoadCount = 0;
+    TPackageHost *Registered = nullptr;
+};
+
+THostState &HostState()
+{
+    static THostState state;
+    return state;
+}
+
 } // namespace
+
+TPackageHost *TPackageHost::RegisteredHost()
+{
+    return HostState().Registered;
+}
 
 TPackageHost::TPackageHost(QObject *parent)
     : QObject(parent)
@@ -49,7 +66,8 @@ void TPackageHost::Load()
 {
     if (m_loaded)
         return;
-    kvIDEInspD5::Initialize();
+    if (HostState().LoadCount++ == 0)
+        kvIDEInspD5::Initialize();
     m_loaded = true;
     qCDebug(lcHost) << "package started in" << QCoreApplication::applicationName();
 }
@@ -57,6 +75,11 @@ void TPackageHost::Load()
 void TPackageHost::Register(QWidget *mainWindow)
 {
     Load();
+    if (HostState().Registered) {
+        qCDebug(lcHost) << "add-ins are already registered; nothing to do for" << mainWindow;
+        return;
+    }
+    HostState().Registered = this;
     m_toolServices = std::make_unique<TQtToolServices>(mainWindow);
     ToolServices() = m_toolServices.get();
     // The host accepts add-ins only while the registration procedures run.
@@ -79,7 +102,10 @@ void TPackageHost::Unload()
     if (ToolServices() == m_toolServices.get())
         ToolServices() = nullptr;
     m_toolServices.reset();
-    kvIDEInspD5::Finalize();
+    if (HostState().Registered == this)
+        HostState().Registered = nullptr;
+    if (--HostState().LoadCount == 0)
+        kvIDEInspD5::Finalize();
     m_loaded = false;
 }
 

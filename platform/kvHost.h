@@ -4,6 +4,10 @@
 // Load runs the unit start table; Register gives the add-ins the program's main menu and
 // runs the units' registration procedures; destruction (or Unload) destroys the
 // registered add-ins and runs the unit stop table.
+//
+// A program may hold the package twice, linked and preloaded by the launcher: the units
+// stop when the last host unloads, and the add-ins are registered by the first host that
+// registers only, so that the Tools menu gets one item.
 
 #include <QObject>
 #include <QPointer>
@@ -32,6 +36,10 @@ public:
     void Unload();
 
     bool IsLoaded() const { return m_loaded; }
+    // Whether this host registered the process's add-ins.
+    bool IsRegistered() const { return RegisteredHost() == this; }
+    // The host that registered the add-ins, or null.
+    static TPackageHost *RegisteredHost();
     const std::vector<std::unique_ptr<TIExpert>> &Experts() const { return m_experts; }
 
 private:

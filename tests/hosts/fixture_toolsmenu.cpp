@@ -1,6 +1,8 @@
-// A small foreign Qt Widgets program for the launcher tests: it does not link the package.
-// It shows a main window whose Tools menu is named as the command line says, then prints
-// its Tools menu and the preload variables it sees, and quits.
+// A small Qt Widgets program for the launcher tests. Built twice: as a foreign program
+// that does not link the package, and (KV_LINKED_HOST) as a program that links it and
+// registers the add-ins itself, as the demo host does. It shows a main window whose Tools
+// menu is named as the command line says, then prints its Tools menu and the preload
+// variables it sees, and quits.
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -10,6 +12,10 @@
 #include <QTimer>
 
 #include <cstdio>
+
+#ifdef KV_LINKED_HOST
+#include "platform/kvHost.h"
+#endif
 
 static void PrintLine(const QString &line)
 {
@@ -37,6 +43,10 @@ int main(int argc, char **argv)
     }
 
     QApplication app(argc, argv);
+#ifdef KV_LINKED_HOST
+    kv::TPackageHost host;
+    host.Load();
+#endif
     QMainWindow window;
     QMenu *file = window.menuBar()->addMenu(QStringLiteral("&File"));
     file->addAction(QStringLiteral("&Quit"));
@@ -57,6 +67,9 @@ int main(int argc, char **argv)
         tools->addAction(QStringLiteral("&Customize..."));
     }
     window.show();
+#ifdef KV_LINKED_HOST
+    host.Register(&window); // after show: a preloaded package has registered by now
+#endif
     QTimer::singleShot(0, &app, [tools] {
         if (tools) {
             for (const QAction *action : tools->actions())

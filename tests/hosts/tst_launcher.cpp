@@ -11,7 +11,8 @@ struct TRun
     QString Err;
 };
 
-TRun Launch(const QStringList &args, const QByteArray &preload = {})
+// Runs the launcher with args, or program directly when it is given.
+TRun Launch(const QStringList &args, const QByteArray &preload = {}, const QString &program = {})
 {
     QProcess process;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
@@ -21,7 +22,7 @@ TRun Launch(const QStringList &args, const QByteArray &preload = {})
     if (!preload.isEmpty())
         env.insert(QStringLiteral("LD_PRELOAD"), QString::fromLocal8Bit(preload));
     process.setProcessEnvironment(env);
-    process.start(QStringLiteral(KV_LAUNCHER), args);
+    process.start(program.isEmpty() ? QStringLiteral(KV_LAUNCHER) : program, args);
     TRun run;
     if (!process.waitForFinished(60000)) {
         process.kill();
@@ -85,6 +86,20 @@ private Q_SLOTS:
         // The preload is gone from the environment that children would inherit.
         QCOMPARE(Filter(run.Out, QStringLiteral("ENV ")),
                  QStringList({QStringLiteral("LD_PRELOAD="), QStringLiteral("KVIDEINSP_PRELOAD=")}));
+        QCOMPARE(Complaints(run.Err), QStringList());
+    }
+
+    void programThatLinksThePackageGetsOneItem()
+    {
+        const QStringList expected = {QStringLiteral("&Options|"), QStringLiteral("Korvo IDE Inspector|ToolsKorvoIDEInspector"),
+                                      QStringLiteral("&Customize...|")};
+        const TRun alone = Launch({}, {}, QStringLiteral(KV_LINKED_FIXTURE));
+        QVERIFY2(alone.ExitCode == 0, qPrintable(alone.Err));
+        QCOMPARE(Filter(alone.Out, QStringLiteral("TOOLS ")), expected);
+        const TRun launched = Launch({QStringLiteral(KV_LINKED_FIXTURE), QStringLiteral("named")});
+        QVERIFY2(launched.ExitCode == 0, qPrintable(launched.Err));
+        QCOMPARE(Filter(launched.Out, QStringLiteral("TOOLS ")), expected);
+        QCOMPARE(Complaints(launched.Err), QStringList());
     }
 
     void keepsAPreloadAlreadySet()

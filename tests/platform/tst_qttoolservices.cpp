@@ -4,6 +4,7 @@
 #include "platform/kvHost.h"
 #include "platform/kvQtToolServices.h"
 #include "shell/IDEInspReg.h"
+#include "shell/kvIDEInspD5.h"
 
 #include <QAction>
 #include <QMainWindow>
@@ -181,6 +182,27 @@ private Q_SLOTS:
         }
         // Unloading took the item out again.
         QCOMPARE(m_tools->actions().size(), 3);
+    }
+
+    void secondHostInTheProcessRegistersNothing()
+    {
+        addTools(QStringLiteral("&Tools"), QStringLiteral("ToolsMenu"));
+        auto linked = std::make_unique<TPackageHost>();
+        TPackageHost preloaded;
+        linked->Load();
+        preloaded.Register(m_window.get());
+        linked->Register(m_window.get());
+        QVERIFY(preloaded.IsRegistered());
+        QVERIFY(!linked->IsRegistered());
+        QCOMPARE(m_tools->findChildren<QAction *>(QStringLiteral("ToolsKorvoIDEInspector")).size(), 1);
+        QVERIFY(linked->Experts().empty());
+        // The units stay up until the last host goes.
+        linked.reset();
+        QCOMPARE(m_tools->findChildren<QAction *>(QStringLiteral("ToolsKorvoIDEInspector")).size(), 1);
+        QVERIFY(GetPackageInfoTable().front().Started);
+        preloaded.Unload();
+        QVERIFY(!GetPackageInfoTable().front().Started);
+        QCOMPARE(TPackageHost::RegisteredHost(), nullptr);
     }
 
     void programWithoutToolsMenuGetsNoItem()
