@@ -28,6 +28,24 @@ inline constexpr char SDuplicateClassName[] = "Can't register class %1 as %2: th
 inline constexpr char SClassNotCreatable[] = "Class %1 can't be created: it has no constructor that takes an owner";
 inline constexpr char SWidgetNeedsWidgetOwner[] = "Class %1 is a widget class and can't be owned by %2, which is not a widget";
 
+// Class, option and verb registries
+inline constexpr char SErrNilRegistration[] = "%1 can't register nil";
+inline constexpr char SErrNotOptionClass[] = "Class %1 is not an option class";
+inline constexpr char SErrUnknownOptionClass[] = "Options of class %1 can't be created: the class is not registered";
+inline constexpr char SErrVerbNoName[] = "A verb can't be registered without a name";
+
+// Names, files, properties and GUIDs
+inline constexpr char SInvalidName[] = "'%1' is not a valid component name";
+inline constexpr char SDuplicateName[] = "A component named %1 already exists";
+inline constexpr char SInvalidGUID[] = "'%1' is not a valid GUID";
+inline constexpr char SErrFileRead[] = "Can't read file \"%1\": %2";
+inline constexpr char SErrFileWrite[] = "Can't write file \"%1\": %2";
+inline constexpr char SErrFileRename[] = "Can't rename \"%1\" to \"%2\": %3";
+inline constexpr char SErrFileDelete[] = "Can't delete \"%1\": %2";
+inline constexpr char SErrNoOptionsFile[] = "The options can't be saved: no options file is set";
+inline constexpr char SAccessDenied[] = "access denied";
+inline constexpr char SErrBadPropValue[] = "'%1' is not a valid value for property %2";
+
 namespace ideConsts {
 void Initialize();
 void Finalize();

@@ -30,9 +30,9 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(TCompareParams)
 // address as a qlonglong. Everything else stays as it is; bool stays bool.
 QVariant NormalizeParamValue(const QVariant &Value);
 
-// One named value of a registration or a query. Literal texts become QStrings; other
-// pointers (classes, procedures) are kept as their address, a qlonglong, which
-// ParamPointer turns back.
+// One named value of a registration or a query, normalised as above. Literal texts become
+// QStrings, pointers to QObjects QObject*; other pointers (classes, procedures) are kept as
+// their address, a qlonglong, which ParamPointer turns back.
 struct TObjectParam
 {
     template <typename T>

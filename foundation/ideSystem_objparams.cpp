@@ -3,6 +3,7 @@
 #include "foundation/ideConsts.h"
 #include "foundation/ideSystem_messages.h"
 #include "foundation/ideSystem_notifiers.h"
+#include "foundation/ideSystem_registryholder_p.h"
 #include "platform/kvEditorGroups.h"
 #include "platform/kvException.h"
 
@@ -396,13 +397,8 @@ namespace {
 
 std::unique_ptr<TObjectParamList> &ListHolder()
 {
-    static std::unique_ptr<TObjectParamList> holder = [] {
-        // The registries the list joins exist before this holder, so they are destroyed
-        // after it at exit, when the list leaves them.
-        CurrentGroup();
-        NotifierRegistry();
-        return std::unique_ptr<TObjectParamList>();
-    }();
+    static std::unique_ptr<TObjectParamList> holder =
+        (detail::PrepareRegistryHolder(), std::unique_ptr<TObjectParamList>());
     return holder;
 }
 

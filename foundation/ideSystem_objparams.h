@@ -29,7 +29,7 @@ using TObjectParamListIterator =
 //
 // Entries of a freed editor group are dropped before observers hear of it (see
 // FreeEditorGroup). Entries of an object go when the object is destroyed.
-class TObjectParamList : public INotifier
+class TObjectParamList final : public INotifier
 {
 public:
     TObjectParamList();

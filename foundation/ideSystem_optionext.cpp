@@ -1,0 +1,229 @@
+#include "foundation/ideSystem_optionext.h"
+
+#include "foundation/ideConsts.h"
+#include "foundation/ideSystem_assignprops.h"
+#include "foundation/ideSystem_objparams.h"
+#include "foundation/ideSystem_optionstorage.h"
+#include "platform/kvClasses.h"
+#include "platform/kvException.h"
+
+#include <QHash>
+#include <QMap>
+
+#include <memory>
+#include <utility>
+
+namespace kv {
+
+namespace {
+
+struct TOptionRegistry;
+// Null before the registry is made and once its destruction at exit has begun.
+TOptionRegistry *LiveRegistry = nullptr;
+
+struct TOptionRegistry
+{
+    QMap<QString, TOptionExt *> globals; // key: the class name; the registry owns them
+    QHash<const QMetaObject *, TOptionConstructor> constructors;
+
+    TOptionRegistry() { LiveRegistry = this; }
+    ~TOptionRegistry()
+    {
+        LiveRegistry = nullptr;
+        DeleteGlobals();
+    }
+
+    void DeleteGlobals()
+    {
+        // Taken out first: each global leaves the map in its destructor.
+        const QMap<QString, TOptionExt *> doomed = std::exchange(globals, {});
+        qDeleteAll(doomed);
+    }
+};
+
+TOptionRegistry &Registry()
+{
+    static TOptionRegistry registry;
+    return registry;
+}
+
+QString ClassKey(const QMetaObject *Class)
+{
+    return QString::fromLatin1(Class->className());
+}
+
+void CheckOptionClass(const QMetaObject *Class)
+{
+    if (!Class)
+        throw Exception(LoadStr(SErrNilRegistration).arg(QStringLiteral("RegisterOptionExt")));
+    if (!Class->inherits(&TOptionExt::staticMetaObject))
+        throw Exception(LoadStr(SErrNotOptionClass).arg(StreamClassName(Class)));
+}
+
+// A bare object of Class owned by Parent.
+std::unique_ptr<TOptionExt> Construct(const QMetaObject *Class, QObject *Parent)
+{
+    if (const TOptionConstructor constructor = Registry().constructors.value(Class))
+        return std::unique_ptr<TOptionExt>(constructor(Parent));
+    if (GetClass(StreamClassName(Class)) != Class)
+        throw Exception(LoadStr(SErrUnknownOptionClass).arg(StreamClassName(Class)));
+    std::unique_ptr<QObject> object(CreateObject(Class, Parent));
+    return std::unique_ptr<TOptionExt>(qobject_cast<TOptionExt *>(object.release()));
+}
+
+// Closes an update bracket after a failure without hiding the failure.
+template <typename F>
+void InUpdateBracket(TOptionExt *Options, F &&f)
+{
+    Options->BeginUpdate();
+    try {
+        f();
+    } catch (...) {
+        Guarded([Options] { Options->EndUpdate(); });
+        throw;
+    }
+    Options->EndUpdate();
+}
+
+} // namespace
+
+void detail::RegisterOptionConstructor(const QMetaObject *Class, TOptionConstructor Constructor)
+{
+    Registry().constructors.insert(Class, Constructor);
+}
+
+TOptionExt::TOptionExt(QObject *Parent) : QObject(Parent) {}
+
+TOptionExt::~TOptionExt()
+{
+    if (m_isGlobal && LiveRegistry) {
+        const auto found = LiveRegistry->globals.constFind(ClassKey(metaObject()));
+        if (found != LiveRegistry->globals.cend() && *found == this)
+            LiveRegistry->globals.erase(found);
+    }
+}
+
+TOptionExt *TOptionExt::Create(const QMetaObject *Class, QObject *Parent)
+{
+    TOptionExt *global = GetOptionsByClass(Class);
+    std::unique_ptr<TOptionExt> copy = Construct(Class, Parent);
+    copy->m_global = global;
+    copy->Assign(global);
+    return copy.release();
+}
+
+TOptionExt *TOptionExt::GlobalInstance()
+{
+    if (m_isGlobal)
+        return nullptr;
+    if (!m_global)
+        m_global = GetOptionsByClass(metaObject());
+    return m_global;
+}
+
+void TOptionExt::BecomeGlobal()
+{
+    m_isGlobal = true;
+    // Entered before it initialises, so that its own start-up finds it as the global.
+    Registry().globals.insert(ClassKey(metaObject()), this);
+    InitValues();
+    LoadConfig();
+}
+
+void TOptionExt::BeginUpdate()
+{
+    ++m_updateCount;
+}
+
+void TOptionExt::EndUpdate()
+{
+    if (m_updateCount <= 0)
+        return;
+    if (--m_updateCount == 0)
+        Update();
+}
+
+bool TOptionExt::UpdateDisabled() const
+{
+    return !m_isGlobal || m_updateCount > 0;
+}
+
+void TOptionExt::Assign(const QObject *Source)
+{
+    AssignAllProps(Source, this);
+}
+
+void TOptionExt::LoadConfig()
+{
+    InUpdateBracket(this, [this] {
+        if (IOptionStorage *storage = OptionStorage())
+            storage->Load(GetOptionControl(), GetKey());
+    });
+}
+
+void TOptionExt::SaveConfig()
+{
+    if (IOptionStorage *storage = OptionStorage())
+        storage->Save(GetOptionControl(), GetKey());
+}
+
+QString TOptionExt::GetKey() const
+{
+    const QString name = StreamClassName(metaObject());
+    return name.startsWith(QLatin1Char('T')) ? name.mid(1) : name;
+}
+
+void TOptionExt::Update() {}
+
+void TOptionExt::ApplyOptions()
+{
+    if (m_isGlobal) {
+        Update();
+        return;
+    }
+    TOptionExt *global = GlobalInstance();
+    InUpdateBracket(global, [this, global] { global->Assign(this); });
+}
+
+QObject *TOptionExt::GetOptionControl()
+{
+    return this;
+}
+
+void TOptionExt::InitValues() {}
+
+TOptionExt *GetOptionsByClass(const QMetaObject *Class)
+{
+    CheckOptionClass(Class);
+    if (TOptionExt *global = Registry().globals.value(ClassKey(Class)))
+        return global;
+    // The registry owns it from here on, also when its start-up fails.
+    TOptionExt *global = Construct(Class, nullptr).release();
+    global->BecomeGlobal();
+    return global;
+}
+
+void SaveGlobalOptions()
+{
+    // Guarded copies of the list: saving may make or free options.
+    QList<QPointer<TOptionExt>> globals;
+    for (TOptionExt *global : std::as_const(Registry().globals))
+        globals.append(global);
+    for (const QPointer<TOptionExt> &global : std::as_const(globals)) {
+        if (global)
+            global->SaveConfig();
+    }
+}
+
+TObjectParamListItem *RegisterOptionExt(const QMetaObject *Class)
+{
+    CheckOptionClass(Class);
+    return RegisterClassExt(Class, {{SOptionsParam, OptionsParamValue}});
+}
+
+void FinalizeOptionExts()
+{
+    Registry().DeleteGlobals();
+}
+
+} // namespace kv

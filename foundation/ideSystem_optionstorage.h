@@ -1,0 +1,34 @@
+#pragma once
+
+// Where option objects are loaded from and saved to.
+
+#include <QString>
+
+class QObject;
+
+namespace kv {
+
+// Loads and saves the stored properties of an options object under a key. The storage
+// decides the place: the settings below RegistryKey, or the INI file OptionsFileName when
+// StoreOptionsInFile is set. A setting that is missing leaves its property as it was.
+class IOptionStorage
+{
+public:
+    virtual void Load(QObject *Control, const QString &Key) = 0;
+    virtual void Save(const QObject *Control, const QString &Key) = 0;
+
+protected:
+    ~IOptionStorage() = default;
+};
+
+// Installs Storage, which the caller keeps alive while it is installed; null removes it.
+// Returns the storage installed before. Without a storage options are neither loaded nor
+// saved: they keep the values they start with.
+IOptionStorage *SetOptionStorage(IOptionStorage *Storage);
+IOptionStorage *OptionStorage();
+
+// When set, options go to the INI file OptionsFileName instead of the settings.
+extern bool StoreOptionsInFile;
+extern QString OptionsFileName;
+
+} // namespace kv
