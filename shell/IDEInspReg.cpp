@@ -1,11 +1,29 @@
 #include "shell/IDEInspReg.h"
 
 #include "foundation/ideConsts.h"
+#include "foundation/ideSystem.h"
+#include "foundation/ideSystem_verbs.h"
 #include "platform/kvToolIntf.h"
 
 namespace kv {
 
 void (*ShowIDEInspectorProc)() = nullptr;
+
+namespace {
+
+void ShowIDEInspectorVerb()
+{
+    if (ShowIDEInspectorProc)
+        ShowIDEInspectorProc();
+}
+
+// The inspector is a global command as well as a menu item, in every host.
+void RegisterInspectorVerb()
+{
+    RegisterVerbArray({{QStringLiteral("Tools.KorvoIDEInspector"), nullptr, &ShowIDEInspectorVerb}});
+}
+
+} // namespace
 
 TKVExpert::TKVExpert(const QString &AName)
 {
@@ -84,11 +102,13 @@ void TKVExpert::Execute()
 
 void TKVExpert::MenuClick(TIMenuItemIntf *)
 {
-    if (ShowIDEInspectorProc)
-        ShowIDEInspectorProc();
+    ShowIDEInspectorVerb();
 }
 
-void IDEInspReg::Initialize() {}
+void IDEInspReg::Initialize()
+{
+    RegisterForDelphi(RegisterInspectorVerb);
+}
 void IDEInspReg::Finalize() {}
 
 void IDEInspReg::Register()

@@ -1,5 +1,7 @@
 #include "design/ideGen.h"
 #include "foundation/ideSystem.h"
+#include "foundation/ideSystem_verbs.h"
+#include "shell/IDEInspReg.h"
 #include "platform/kvException.h"
 #include "shell/kvIDEInspD5.h"
 
@@ -11,6 +13,22 @@ namespace {
 
 QStringList g_log;
 bool g_failStart = false;
+int g_shows = 0;
+void CountShow() { ++g_shows; }
+
+// Whether the inspector's verb is registered, and that it opens the inspector.
+bool InspectorVerbWorks()
+{
+    TVerbStateProc state = nullptr;
+    TVerbExecProc execute = nullptr;
+    if (!GetVerbProcAddr(QStringLiteral("tools.korvoideinspector"), state, execute) || state || !execute)
+        return false;
+    const int before = g_shows;
+    ShowIDEInspectorProc = CountShow;
+    CallVerbByName(QStringLiteral("Tools.KorvoIDEInspector"));
+    ShowIDEInspectorProc = nullptr;
+    return g_shows == before + 1;
+}
 
 void StartA() { g_log << QStringLiteral("+A"); }
 void StopA() { g_log << QStringLiteral("-A"); }
@@ -129,6 +147,7 @@ private Q_SLOTS:
         QCoreApplication::setApplicationName(QStringLiteral("QtCreator"));
         kvIDEInspD5::Initialize();
         QVERIFY(UnderDelphiIDE);
+        QVERIFY(InspectorVerbWorks()); // registered inside an IDE too
         for (const TUnitInfo &unit : GetPackageInfoTable())
             QVERIFY(unit.Started);
         kvIDEInspD5::Initialize(); // once only: a changed name is not looked at again
@@ -139,6 +158,7 @@ private Q_SLOTS:
         QCoreApplication::setApplicationName(QStringLiteral("SomeEditor"));
         kvIDEInspD5::Initialize();
         QVERIFY(!UnderDelphiIDE);
+        QVERIFY(InspectorVerbWorks());
         kvIDEInspD5::Finalize();
     }
 
