@@ -5,6 +5,7 @@
 
 #include <exception>
 #include <functional>
+#include <type_traits>
 
 namespace kv {
 
@@ -13,17 +14,28 @@ class Exception : public std::exception
 {
 public:
     explicit Exception(const QString &message);
-    // Formats a message of the table with QString::arg, in argument order.
+    // Formats a message of the table: %1, %2… take the arguments in order. Numbers are
+    // turned into text first, so that QString::arg never reads one as a field width.
     template <typename... Args>
     static Exception Fmt(const char *message, const Args &...args)
     {
-        return Exception(QString::fromUtf8(message).arg(args...));
+        return Exception(QString::fromUtf8(message).arg(ArgText(args)...));
     }
 
     const QString &Message() const noexcept { return m_message; }
     const char *what() const noexcept override { return m_utf8.constData(); }
 
 private:
+    static QString ArgText(const QString &s) { return s; }
+    static QString ArgText(QStringView s) { return s.toString(); }
+    static QString ArgText(QLatin1String s) { return s; }
+    static QString ArgText(const char *s) { return QString::fromUtf8(s); }
+    template <typename T, typename = std::enable_if_t<std::is_arithmetic_v<T>>>
+    static QString ArgText(T n)
+    {
+        return QString::number(n);
+    }
+
     QString m_message;
     QByteArray m_utf8;
 };
