@@ -45,6 +45,10 @@ inline constexpr char SErrFileDelete[] = "Can't delete \"%1\": %2";
 inline constexpr char SErrNoOptionsFile[] = "The options can't be saved: no options file is set";
 inline constexpr char SAccessDenied[] = "access denied";
 inline constexpr char SErrBadPropValue[] = "'%1' is not a valid value for property %2";
+inline constexpr char SInvalidPropertyValue[] = "Invalid property value";
+
+// Tree sources
+inline constexpr char SErrNotTreeSource[] = "Class %1 is not a tree source";
 
 namespace ideConsts {
 void Initialize();

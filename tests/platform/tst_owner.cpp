@@ -1,0 +1,244 @@
+#include "platform/kvDataModule.h"
+#include "platform/kvException.h"
+#include "platform/kvOwner.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QMenu>
+#include <QPushButton>
+#include <QTest>
+
+#include <memory>
+
+using namespace kv;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+template <class T, class P>
+T *Make(P *parent, const QString &name)
+{
+    auto *obj = new T(parent);
+    obj->setObjectName(name);
+    return obj;
+}
+
+// The named ones: widgets hold unnamed parts of their own (a menu's own action).
+QStringList Names(const QList<QObject *> &objects)
+{
+    QStringList names;
+    for (QObject *obj : objects) {
+        if (!obj->objectName().isEmpty())
+            names.append(obj->objectName());
+    }
+    return names;
+}
+
+// Form1 { Panel1 { Button1 }, Menu1 (popup) { Action1 }, Dialog1 (window) { Button2 } }, and
+// DataModule1 { Table1 { Field1 } }.
+struct TFixture
+{
+    TFixture()
+    {
+        form = std::make_unique<QWidget>();
+        form->setObjectName(u"Form1"_s);
+        panel = Make<QWidget>(form.get(), u"Panel1"_s);
+        button = Make<QPushButton>(panel, u"Button1"_s);
+        menu = Make<QMenu>(form.get(), u"Menu1"_s);
+        action = Make<QAction>(menu, u"Action1"_s);
+        dialog = Make<QDialog>(form.get(), u"Dialog1"_s);
+        dialogButton = Make<QPushButton>(dialog, u"Button2"_s);
+        module = std::make_unique<TDataModule>();
+        module->setObjectName(u"DataModule1"_s);
+        table = Make<QObject>(module.get(), u"Table1"_s);
+        field = Make<QObject>(table, u"Field1"_s);
+    }
+
+    std::unique_ptr<QWidget> form;
+    QWidget *panel;
+    QPushButton *button;
+    QMenu *menu;
+    QAction *action;
+    QDialog *dialog;
+    QPushButton *dialogButton;
+    std::unique_ptr<TDataModule> module;
+    QObject *table;
+    QObject *field;
+};
+
+} // namespace
+
+class TestOwner : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void roots();
+    void owners();
+    void ownedComponents();
+    void applicationOwnsTopRoots();
+    void findComponent();
+    void identifiers_data();
+    void identifiers();
+    void setComponentName();
+    void lookupsWhileDying();
+};
+
+void TestOwner::roots()
+{
+    TFixture f;
+    QVERIFY(IsRoot(qApp));
+    QVERIFY(IsRoot(f.form.get()));
+    QVERIFY(IsRoot(f.dialog));
+    QVERIFY(IsRoot(f.module.get()));
+    QVERIFY(!IsRoot(f.panel));
+    QVERIFY(!IsRoot(f.menu));
+    QVERIFY(!IsRoot(f.table));
+    QVERIFY(!IsRoot(nullptr));
+    QObject plain;
+    QVERIFY(!IsRoot(&plain));
+}
+
+void TestOwner::owners()
+{
+    TFixture f;
+    QCOMPARE(GetOwner(f.button), f.form.get());
+    QCOMPARE(GetOwner(f.panel), f.form.get());
+    // The popup menu is no root: what it holds belongs to the form.
+    QCOMPARE(GetOwner(f.action), f.form.get());
+    QCOMPARE(GetOwner(f.dialog), f.form.get());
+    QCOMPARE(GetOwner(f.dialogButton), f.dialog);
+    QCOMPARE(GetOwner(f.field), f.module.get());
+    QCOMPARE(GetOwner(f.form.get()), qApp);
+    QCOMPARE(GetOwner(f.module.get()), qApp);
+    QCOMPARE(GetOwner(qApp), nullptr);
+    QCOMPARE(GetOwner(nullptr), nullptr);
+
+    QObject loose;
+    QObject *inside = Make<QObject>(&loose, u"Inside"_s);
+    QCOMPARE(GetOwner(&loose), nullptr);
+    QCOMPARE(GetOwner(inside), nullptr);
+
+    // A data module inside a form is a root of its own, owned by the form.
+    auto *nested = new TDataModule(f.panel);
+    QObject *timer = Make<QObject>(nested, u"Timer1"_s);
+    QCOMPARE(GetOwner(nested), f.form.get());
+    QCOMPARE(GetOwner(timer), nested);
+}
+
+void TestOwner::ownedComponents()
+{
+    TFixture f;
+    QCOMPARE(Names(OwnedComponents(f.form.get())),
+             (QStringList{u"Panel1"_s, u"Button1"_s, u"Menu1"_s, u"Action1"_s, u"Dialog1"_s}));
+    QCOMPARE(Names(OwnedComponents(f.dialog)), QStringList{u"Button2"_s});
+    QCOMPARE(Names(OwnedComponents(f.module.get())), (QStringList{u"Table1"_s, u"Field1"_s}));
+    QCOMPARE(OwnedComponents(f.panel), QList<QObject *>());
+    QCOMPARE(OwnedComponents(nullptr), QList<QObject *>());
+
+    int visited = 0;
+    QVERIFY(!ForEachOwnedComponent(f.form.get(), [&visited](QObject *) { return ++visited < 2; }));
+    QCOMPARE(visited, 2);
+}
+
+void TestOwner::applicationOwnsTopRoots()
+{
+    TFixture f;
+    auto *appChild = Make<QObject>(qApp, u"AppChild"_s);
+    const QList<QObject *> owned = OwnedComponents(qApp);
+    QVERIFY(owned.contains(appChild));
+    QVERIFY(owned.contains(f.form.get()));
+    QVERIFY(owned.contains(f.module.get()));
+    QVERIFY(!owned.contains(f.button));
+    QVERIFY(!owned.contains(f.dialog));
+    QVERIFY(!owned.contains(f.table));
+    QCOMPARE(owned.count(f.form.get()), 1);
+    delete appChild;
+}
+
+void TestOwner::findComponent()
+{
+    TFixture f;
+    QCOMPARE(FindComponent(f.form.get(), u"button1"), f.button);
+    QCOMPARE(FindComponent(f.form.get(), u"ACTION1"), f.action);
+    QCOMPARE(FindComponent(f.form.get(), u"Dialog1"), f.dialog);
+    // What a nested root owns is its own.
+    QCOMPARE(FindComponent(f.form.get(), u"Button2"), nullptr);
+    QCOMPARE(FindComponent(f.module.get(), u"field1"), f.field);
+    QCOMPARE(FindComponent(qApp, u"form1"), f.form.get());
+    QCOMPARE(FindComponent(f.form.get(), u""), nullptr);
+    QCOMPARE(FindComponent(f.panel, u"Button1"), nullptr);
+}
+
+void TestOwner::identifiers_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("valid");
+
+    QTest::newRow("letters and digits") << "Button1" << true;
+    QTest::newRow("underscore first") << "_x_2" << true;
+    QTest::newRow("digit first") << "1Button" << false;
+    QTest::newRow("blank") << "Ok Button" << false;
+    QTest::newRow("point") << "Form1.Button1" << false;
+    QTest::newRow("accented") << "Größe" << false;
+    QTest::newRow("empty") << "" << false;
+}
+
+void TestOwner::identifiers()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, valid);
+    QCOMPARE(IsValidIdent(text), valid);
+}
+
+void TestOwner::setComponentName()
+{
+    TFixture f;
+    SetComponentName(f.panel, u"Panel2"_s);
+    QCOMPARE(f.panel->objectName(), u"Panel2"_s);
+    // Another case of its own name is no clash.
+    SetComponentName(f.panel, u"PANEL2"_s);
+    QCOMPARE(f.panel->objectName(), u"PANEL2"_s);
+    try {
+        SetComponentName(f.panel, u"button1"_s);
+        QFAIL("a name taken in the owner must raise");
+    } catch (const Exception &e) {
+        QCOMPARE(e.Message(), u"A component named button1 already exists"_s);
+    }
+    try {
+        SetComponentName(f.panel, u"1st"_s);
+        QFAIL("a name that is no identifier must raise");
+    } catch (const Exception &e) {
+        QCOMPARE(e.Message(), u"'1st' is not a valid component name"_s);
+    }
+    QCOMPARE(f.panel->objectName(), u"PANEL2"_s);
+    // Names are unique per owner: another root may reuse one.
+    SetComponentName(f.dialogButton, u"Button1"_s);
+    QCOMPARE(f.dialogButton->objectName(), u"Button1"_s);
+    SetComponentName(f.panel, QString());
+    QCOMPARE(f.panel->objectName(), QString());
+}
+
+void TestOwner::lookupsWhileDying()
+{
+    // Components that ask about their owner while their form is being destroyed.
+    auto form = std::make_unique<QWidget>();
+    QWidget *child = Make<QWidget>(form.get(), u"Child"_s);
+    auto *module = new TDataModule;
+    QObject *table = Make<QObject>(module, u"Table"_s);
+    int asked = 0;
+    const auto ask = [&asked](QObject *dying) {
+        GetOwner(dying);
+        OwnedComponents(GetOwner(dying));
+        ++asked;
+    };
+    connect(child, &QObject::destroyed, ask);
+    connect(table, &QObject::destroyed, ask);
+    form.reset();
+    delete module;
+    QCOMPARE(asked, 2);
+}
+
+QTEST_MAIN(TestOwner)
+#include "tst_owner.moc"
