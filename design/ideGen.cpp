@@ -1,6 +1,8 @@
 #include "design/ideGen.h"
 
+#include "design/ideGen_designer.h"
 #include "foundation/ideSystem.h"
+#include "treesrc/ideTSLite_treenotifiers.h"
 
 #include <QCoreApplication>
 
@@ -26,6 +28,10 @@ void ideGen::Initialize()
     UnderDelphiIDE = HostIsIDE();
 }
 
-void ideGen::Finalize() {}
+void ideGen::Finalize()
+{
+    FinalizeDesigners();
+    FinalizeTreeNotifiers();
+}
 
 } // namespace kv

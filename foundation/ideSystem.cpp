@@ -5,6 +5,8 @@
 #include "foundation/ideSystem_notifiers.h"
 #include "foundation/ideSystem_objparams.h"
 #include "foundation/ideSystem_optionext.h"
+#include "platform/kvDataModule.h"
+#include "platform/kvScreen.h"
 
 namespace kv {
 
@@ -22,7 +24,12 @@ void RegisterForQuillon(TProcedure Proc)
         Proc();
 }
 
-void ideSystem::Initialize() {}
+void ideSystem::Initialize()
+{
+    // The screen lists windows in the order it first sees them: start watching now.
+    Screen();
+    SafeRegisterClass(&TDataModule::staticMetaObject);
+}
 
 void ideSystem::Finalize()
 {

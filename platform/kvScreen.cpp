@@ -63,7 +63,10 @@ private:
     TScreen *m_screen;
 };
 
-TScreen::TScreen() = default;
+TScreen::TScreen()
+{
+    EnsureWatching();
+}
 
 TScreen::~TScreen()
 {

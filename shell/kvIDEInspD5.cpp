@@ -2,11 +2,13 @@
 
 #include "design/ideGen.h"
 #include "foundation/ideConsts.h"
+#include "foundation/ideLib.h"
 #include "foundation/ideSystem.h"
 #include "platform/kvException.h"
 #include "shell/IDEInspReg.h"
 #include "shell/ideHook.h"
 #include "shell/ideTreeInspReg.h"
+#include "treesrc/ideTSLite.h"
 
 
 namespace kv {
@@ -48,8 +50,10 @@ std::span<TUnitInfo> GetPackageInfoTable()
     static TUnitInfo table[] = {
         {"ideConsts", ideConsts::Initialize, ideConsts::Finalize, nullptr},
         {"ideHook", ideHook::Initialize, ideHook::Finalize, nullptr},
+        {"ideLib", ideLib::Initialize, ideLib::Finalize, nullptr},
         {"ideSystem", ideSystem::Initialize, ideSystem::Finalize, nullptr},
         {"ideGen", ideGen::Initialize, ideGen::Finalize, nullptr},
+        {"ideTSLite", ideTSLite::Initialize, ideTSLite::Finalize, nullptr},
         {"ideTreeInspReg", ideTreeInspReg::Initialize, ideTreeInspReg::Finalize, ideTreeInspReg::Register},
         {"IDEInspReg", IDEInspReg::Initialize, IDEInspReg::Finalize, IDEInspReg::Register},
     };
