@@ -117,16 +117,8 @@ void SetFlatPropToAll(const QObject *Owner, bool Flat)
 
 bool ChangeTab(QTabWidget *TabControl, bool Forward)
 {
-    if (!TabControl || TabControl->count() < 2)
-        return false;
-    const int current = TabControl->currentIndex();
-    const int next = NextTab(current, TabControl->count(), Forward, [TabControl](int index) {
-        return TabControl->isTabVisible(index) && TabControl->isTabEnabled(index);
-    });
-    if (next == current)
-        return false;
-    TabControl->setCurrentIndex(next);
-    return true;
+    // The tab widget's page follows its tab bar.
+    return ChangeTab(TabControl ? TabControl->tabBar() : nullptr, Forward);
 }
 
 bool ChangeTab(QTabBar *TabControl, bool Forward)
