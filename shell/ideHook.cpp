@@ -76,7 +76,7 @@ public:
                 QMetaObject::disconnect(static_cast<const QObject *>(key), TFreeNotifyReceiver::DestroyedSignal(),
                                         Receiver(), TFreeNotifyReceiver::DestroyedSlot());
             }
-            m_infos.erase(it);
+            m_infos.remove(key);
         }
     }
 
@@ -85,11 +85,11 @@ public:
     // address starts afresh.
     void NotifyFree(const void *key)
     {
-        auto it = m_infos.find(key);
-        if (it == m_infos.end())
+        // take() rather than erase(iterator): erase computes the next iterator, which scans
+        // the empty buckets of a thinning table and made every watched destruction dear.
+        if (m_infos.isEmpty())
             return;
-        const TFreeNotifierInfo info = std::move(it.value());
-        m_infos.erase(it);
+        const TFreeNotifierInfo info = m_infos.take(key);
         // Nothing else can reach this list any more, so a plain walk is safe.
         for (const TFreeNotifyMethod &method : info.Notifiers)
             Guarded([&] { method(key); });
