@@ -2,11 +2,11 @@
 
 #include "platform/kvException.h"
 
-#include <QHash>
 #include <QObject>
 #include <QVarLengthArray>
 
 #include <memory>
+#include <unordered_map>
 
 namespace kv {
 
@@ -68,7 +68,7 @@ public:
         auto it = m_infos.find(key);
         if (it == m_infos.end())
             return;
-        TFreeNotifierInfo &info = it.value();
+        TFreeNotifierInfo &info = it->second;
         info.Notifiers.removeIf([&](const TFreeNotifyMethod &m) { return m == method; });
         if (info.Notifiers.isEmpty()) {
             if (info.IsQObject) {
@@ -76,7 +76,7 @@ public:
                 QMetaObject::disconnect(static_cast<const QObject *>(key), TFreeNotifyReceiver::DestroyedSignal(),
                                         Receiver(), TFreeNotifyReceiver::DestroyedSlot());
             }
-            m_infos.remove(key);
+            m_infos.erase(it);
         }
     }
 
@@ -87,9 +87,12 @@ public:
     {
         // take() rather than erase(iterator): erase computes the next iterator, which scans
         // the empty buckets of a thinning table and made every watched destruction dear.
-        if (m_infos.isEmpty())
+        if (m_infos.empty())
             return;
-        const TFreeNotifierInfo info = m_infos.take(key);
+        auto node = m_infos.extract(key);
+        if (node.empty())
+            return;
+        const TFreeNotifierInfo &info = node.mapped();
         // Nothing else can reach this list any more, so a plain walk is safe.
         for (const TFreeNotifyMethod &method : info.Notifiers)
             Guarded([&] { method(key); });
@@ -112,7 +115,7 @@ private:
         return m_receiver.get();
     }
 
-    QHash<const void *, TFreeNotifierInfo> m_infos;
+    std::unordered_map<const void *, TFreeNotifierInfo> m_infos;
     std::unique_ptr<TFreeNotifyReceiver> m_receiver;
 };
 
