@@ -347,20 +347,4 @@ void FinalizeDesigners()
     FormDesigners().clear();
 }
 
-void BroadcastSelectionChanged(QObject *Sender, const QList<QObject *> &Selection, IFormDesigner *Designer)
-{
-    BroadCastToNotifiers(Sender, CM_SELECTIONCHANGED, reinterpret_cast<qintptr>(&Selection),
-                         reinterpret_cast<qintptr>(Designer));
-}
-
-TSelectionChangedData DecodeSelectionChanged(const TMessage &Message)
-{
-    Q_ASSERT(Message.Msg == CM_SELECTIONCHANGED);
-    TSelectionChangedData data;
-    if (Message.WParam)
-        data.Selection = *reinterpret_cast<const QList<QObject *> *>(Message.WParam);
-    data.Designer = reinterpret_cast<IFormDesigner *>(Message.LParam);
-    return data;
-}
-
 } // namespace kv

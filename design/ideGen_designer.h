@@ -123,14 +123,4 @@ bool DesignerCanPaste();
 // Forgets the designer list and the form associations.
 void FinalizeDesigners();
 
-// CM_SELECTIONCHANGED: WParam a const QList<QObject*>* of the selected objects, LParam the
-// designer's IFormDesigner*.
-struct TSelectionChangedData
-{
-    QList<QObject *> Selection;
-    IFormDesigner *Designer = nullptr;
-};
-void BroadcastSelectionChanged(QObject *Sender, const QList<QObject *> &Selection, IFormDesigner *Designer);
-TSelectionChangedData DecodeSelectionChanged(const TMessage &Message);
-
 } // namespace kv

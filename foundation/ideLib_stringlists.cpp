@@ -116,6 +116,14 @@ bool FindInStringsEx(const QString &S, const QStringList &Strings, TSearchParams
     int y = Pos.y();
     int first = 0;
     int last = 0;
+    // A match counts unless whole words are asked for and the word around it is longer;
+    // first and last are then that word's columns.
+    const auto accepted = [&](const TSearchLine &line, int at) {
+        if (!wholeWords)
+            return true;
+        WordRun(line.Raw, at, Separators, first, last);
+        return last - first + 1 == S.size();
+    };
 
     if (!Params.testFlag(spBackSearch)) {
         if (y < 0) {
@@ -127,12 +135,7 @@ bool FindInStringsEx(const QString &S, const QStringList &Strings, TSearchParams
             if (line.Text.size() >= x) {
                 const int at = PosEx(pattern, line.Text, x);
                 if (at > 0) {
-                    if (!wholeWords) {
-                        Pos = QPoint(at, y);
-                        return true;
-                    }
-                    WordRun(line.Raw, at, Separators, first, last);
-                    if (last - first + 1 == S.size()) {
+                    if (accepted(line, at)) {
                         Pos = QPoint(at, y);
                         return true;
                     }
@@ -156,12 +159,7 @@ bool FindInStringsEx(const QString &S, const QStringList &Strings, TSearchParams
         if (x > 0) {
             const int at = BackPosEx(pattern, line.Text, qMin(x, int(line.Text.size())));
             if (at > 0) {
-                if (!wholeWords) {
-                    Pos = QPoint(at, y);
-                    return true;
-                }
-                WordRun(line.Raw, at, Separators, first, last);
-                if (last - first + 1 == S.size()) {
+                if (accepted(line, at)) {
                     Pos = QPoint(at, y);
                     return true;
                 }

@@ -7,6 +7,7 @@
 
 namespace kv {
 
+using detail::ObjectListParam;
 using detail::ParamObjectList;
 using detail::ParamPointer;
 using detail::PointerParam;
@@ -75,6 +76,18 @@ QObject *DecodeObjInsert(const TMessage &Message)
 {
     Q_ASSERT(Message.Msg == CM_OBJINSERT);
     return ParamPointer<QObject>(Message.WParam);
+}
+
+void BroadcastSelectionChanged(QObject *Sender, const QList<QObject *> &Selection, IFormDesigner *Designer)
+{
+    BroadCastToNotifiers(Sender, CM_SELECTIONCHANGED, ObjectListParam(Selection), PointerParam(Designer));
+}
+
+TSelectionChangedData DecodeSelectionChanged(const TMessage &Message)
+{
+    Q_ASSERT(Message.Msg == CM_SELECTIONCHANGED);
+    const std::span<QObject *const> selection = ParamObjectList(Message.WParam);
+    return {QList<QObject *>(selection.begin(), selection.end()), ParamPointer<IFormDesigner>(Message.LParam)};
 }
 
 bool TObjDestroyedData::Concerns(const QObject *Obj) const

@@ -17,6 +17,8 @@ class QObject;
 
 namespace kv {
 
+class IFormDesigner;
+
 // What every notifier of one broadcast receives; the same record goes to each of them, so a
 // notifier answers by setting Result.
 struct TMessage
@@ -104,6 +106,16 @@ struct TObjDestroyedData
     bool Concerns(const QObject *Obj) const;
 };
 TObjDestroyedData DecodeObjDestroyed(const TMessage &Message);
+
+// CM_SELECTIONCHANGED: WParam a const QList<QObject*>* of the selected objects, LParam the
+// designer's IFormDesigner*.
+struct TSelectionChangedData
+{
+    QList<QObject *> Selection;
+    IFormDesigner *Designer = nullptr;
+};
+void BroadcastSelectionChanged(QObject *Sender, const QList<QObject *> &Selection, IFormDesigner *Designer);
+TSelectionChangedData DecodeSelectionChanged(const TMessage &Message);
 
 // CM_SOURCEEMPTY: WParam the source whose object has gone; the source is the sender.
 void BroadcastSourceEmpty(QObject *Source);

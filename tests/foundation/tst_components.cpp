@@ -24,29 +24,18 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
+
+#include "tests/testsupport.h"
 #include <QToolButton>
 
 #include <memory>
 
 using namespace kv;
+using kv::test::Make;
+using kv::test::NamedWindow;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-template <class T, class P>
-T *Make(P *parent, const QString &name)
-{
-    auto *obj = new T(parent);
-    obj->setObjectName(name);
-    return obj;
-}
-
-std::unique_ptr<QWidget> Form(const QString &name)
-{
-    auto form = std::make_unique<QWidget>();
-    form->setObjectName(name);
-    return form;
-}
 
 class TFactoryForm : public QWidget
 {
@@ -162,7 +151,7 @@ private Q_SLOTS:
 
 void TestComponents::uniqueName()
 {
-    auto form = Form(u"Form1"_s);
+    auto form = NamedWindow(u"Form1"_s);
     Make<QAction>(form.get(), u"N1"_s);
     Make<QAction>(form.get(), u"n2"_s);
     Make<QAction>(form.get(), u"N4"_s);
@@ -187,8 +176,8 @@ void TestComponents::uniqueName()
 
 void TestComponents::findUniqueName()
 {
-    auto form = Form(u"Editor"_s);
-    auto copy = Form(u"Editor_1"_s);
+    auto form = NamedWindow(u"Editor"_s);
+    auto copy = NamedWindow(u"Editor_1"_s);
     TDataModule module;
     module.setObjectName(u"Data"_s);
     QCOMPARE(FindGlobalComponent(u"editor"_s), form.get());
@@ -201,7 +190,7 @@ void TestComponents::findUniqueName()
 
 void TestComponents::globalFindObject()
 {
-    auto main = Form(u"MainForm"_s);
+    auto main = NamedWindow(u"MainForm"_s);
     QPushButton *ok = Make<QPushButton>(Make<QWidget>(main.get(), u"Panel"_s), u"OkButton"_s);
     TDataModule module;
     module.setObjectName(u"Data"_s);
@@ -223,7 +212,7 @@ void TestComponents::globalFindObject()
 
 void TestComponents::formsAndTopOwners()
 {
-    auto form = Form(u"Form1"_s);
+    auto form = NamedWindow(u"Form1"_s);
     QWidget *panel = Make<QWidget>(form.get(), u"Panel1"_s);
     QPushButton *button = Make<QPushButton>(panel, u"Button1"_s);
     QMenu *menu = Make<QMenu>(form.get(), u"PopupMenu1"_s);
@@ -259,7 +248,7 @@ void TestComponents::formsAndTopOwners()
 
 void TestComponents::componentNames()
 {
-    auto form = Form(u"Form1"_s);
+    auto form = NamedWindow(u"Form1"_s);
     QPushButton *ok = Make<QPushButton>(form.get(), u"OkButton"_s);
     QCOMPARE(BuildCompName(ok), u"OkButton: QPushButton"_s);
     QCOMPARE(BuildCompName(ok, u"Other"_s), u"Other: QPushButton"_s);
@@ -332,14 +321,14 @@ void TestComponents::createByClass()
 
 void TestComponents::formFont()
 {
-    auto form = Form(u"Form"_s);
+    auto form = NamedWindow(u"Form"_s);
     SetFormFont(form.get());
     QCOMPARE(form->testAttribute(Qt::WA_SetFont), false);
 
     QMainWindow main;
     QFont big(u"DejaVu Serif"_s, 17);
     main.setFont(big);
-    auto own = Form(u"Own"_s);
+    auto own = NamedWindow(u"Own"_s);
     QFont mine(u"DejaVu Sans Mono"_s, 9);
     own->setFont(mine);
 
@@ -358,10 +347,10 @@ void TestComponents::formFont()
 
 void TestComponents::flatButtons()
 {
-    auto form = Form(u"Form"_s);
+    auto form = NamedWindow(u"Form"_s);
     auto *a = Make<QToolButton>(Make<QWidget>(form.get(), u"Bar"_s), u"A"_s);
     auto *b = Make<QToolButton>(form.get(), u"B"_s);
-    auto other = Form(u"Other"_s);
+    auto other = NamedWindow(u"Other"_s);
     auto *c = Make<QToolButton>(other.get(), u"C"_s);
     SetFlatPropToAll(form.get(), true);
     QVERIFY(a->autoRaise());
@@ -414,7 +403,7 @@ void TestComponents::tabs()
 
 void TestComponents::movePages()
 {
-    auto form = Form(u"Form"_s);
+    auto form = NamedWindow(u"Form"_s);
     auto *source = Make<QTabWidget>(form.get(), u"Source"_s);
     auto *dest = Make<QTabWidget>(form.get(), u"Dest"_s);
     QWidget *existing = AddNewTab(dest, u"Existing"_s);

@@ -9,20 +9,15 @@
 #include <QPushButton>
 #include <QTest>
 
+#include "tests/testsupport.h"
+
 #include <memory>
 
 using namespace kv;
+using kv::test::Make;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-template <class T, class P>
-T *Make(P *parent, const QString &name)
-{
-    auto *obj = new T(parent);
-    obj->setObjectName(name);
-    return obj;
-}
 
 // The named ones: widgets hold unnamed parts of their own (a menu's own action).
 QStringList Names(const QList<QObject *> &objects)

@@ -12,9 +12,12 @@
 #include <QSplashScreen>
 #include <QTest>
 
+#include "tests/testsupport.h"
+
 #include <memory>
 
 using namespace kv;
+using kv::test::NamedWindow;
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -33,13 +36,6 @@ QStringList ModuleNames()
     for (QObject *module : Screen().DataModuleList())
         names.append(module->objectName());
     return names;
-}
-
-std::unique_ptr<QWidget> NamedWindow(const QString &name)
-{
-    auto window = std::make_unique<QWidget>();
-    window->setObjectName(name);
-    return window;
 }
 
 } // namespace
