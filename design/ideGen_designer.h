@@ -3,7 +3,7 @@
 // The stand-alone form designer, used wherever the library's controls work on objects that
 // no IDE designer looks after, and the functions that find an object's designer.
 
-#include "design/ideGen_iformdesigner.h"
+#include "platform/kvIFormDesigner.h"
 #include "foundation/ideSystem_messages.h"
 
 #include <QList>

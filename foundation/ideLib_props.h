@@ -9,7 +9,7 @@
 // its rules: a stored, readable source property goes to the stored, writable property of the
 // same name, and objectName, the object's identity, is never copied.
 
-#include "foundation/ideLib_typekinds.h"
+#include "platform/kvTypInfo.h"
 #include "foundation/ideSystem_assignprops.h"
 
 #include <QList>
