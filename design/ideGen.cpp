@@ -2,6 +2,9 @@
 
 #include "design/ideGen_designer.h"
 #include "foundation/ideSystem.h"
+#include "platform/kvComponentEditor.h"
+#include "platform/kvEventConnections.h"
+#include "platform/kvPropertyRegistry.h"
 #include "treesrc/ideTSLite_treenotifiers.h"
 
 #include <QCoreApplication>
@@ -32,6 +35,11 @@ void ideGen::Finalize()
 {
     FinalizeDesigners();
     FinalizeTreeNotifiers();
+    // The design-time framework goes with the design-time unit: connections first (they
+    // name objects), then the editor registries.
+    FinalizeEventConnections();
+    FinalizeComponentEditors();
+    FinalizePropertyEditors();
 }
 
 } // namespace kv

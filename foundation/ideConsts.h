@@ -47,6 +47,35 @@ inline constexpr char SAccessDenied[] = "access denied";
 inline constexpr char SErrBadPropValue[] = "'%1' is not a valid value for property %2";
 inline constexpr char SInvalidPropertyValue[] = "Invalid property value";
 
+// Property editors
+inline constexpr char SInvalidValueOfKind[] = "'%1' is not a valid %2 value";
+inline constexpr char SOutOfRange[] = "Value must be between %1 and %2";
+inline constexpr char SErrReadOnlyProperty[] = "Property %1 is read-only";
+inline constexpr char SUnknownComponent[] = "There is no component named '%1' of class %2";
+inline constexpr char SErrNoSuchSlot[] = "%1 has no slot %2 that can be connected to %3";
+inline constexpr char SErrNoEventHandler[] = "Event %1 can't be connected: no designed root to handle it";
+inline constexpr char SErrNotASignal[] = "%1 is not a signal of %2";
+inline constexpr char SErrConnectFailed[] = "%1 can't be connected to %2";
+inline constexpr char SKindInteger[] = "integer";
+inline constexpr char SKindFloat[] = "floating point";
+inline constexpr char SKindChar[] = "character";
+inline constexpr char SKindSet[] = "set";
+inline constexpr char SKindDate[] = "date";
+inline constexpr char SKindTime[] = "time";
+inline constexpr char SKindDateTime[] = "date and time";
+inline constexpr char SKindShortCut[] = "shortcut";
+inline constexpr char SKindCursor[] = "cursor";
+inline constexpr char SKindSize[] = "size";
+inline constexpr char SKindPoint[] = "point";
+inline constexpr char SKindRect[] = "rectangle";
+inline constexpr char SKindMargins[] = "margins";
+inline constexpr char SKindSizePolicy[] = "size policy";
+inline constexpr char SKindColor[] = "colour";
+inline constexpr char SNoShortCut[] = "(None)";
+inline constexpr char SKindStringList[] = "string list";
+inline constexpr char SStringListEditor[] = "String list editor";
+inline constexpr char SStringListEditing[] = "Editing %1 (%2 lines)";
+
 // Tree sources
 inline constexpr char SErrNotTreeSource[] = "Class %1 is not a tree source";
 
