@@ -100,14 +100,7 @@ QString ShortestText(T Value)
 
 bool TOrdinalProperty::AllEqual() const
 {
-    if (PropCount() <= 1)
-        return true;
-    const qint64 first = GetOrdValueAt(0);
-    for (int i = 1; i < PropCount(); ++i) {
-        if (GetOrdValueAt(i) != first)
-            return false;
-    }
-    return true;
+    return AllValuesEqual([this](int Index) { return GetOrdValueAt(Index); });
 }
 
 int TOrdinalProperty::GetEditLimit() const
@@ -195,14 +188,7 @@ void TEnumProperty::SetValue(const QString &Value)
 
 bool TInt64Property::AllEqual() const
 {
-    if (PropCount() <= 1)
-        return true;
-    const qint64 first = GetInt64ValueAt(0);
-    for (int i = 1; i < PropCount(); ++i) {
-        if (GetInt64ValueAt(i) != first)
-            return false;
-    }
-    return true;
+    return AllValuesEqual([this](int Index) { return GetInt64ValueAt(Index); });
 }
 
 QString TInt64Property::GetValue() const
@@ -221,14 +207,7 @@ void TInt64Property::SetValue(const QString &Value)
 
 bool TFloatProperty::AllEqual() const
 {
-    if (PropCount() <= 1)
-        return true;
-    const double first = GetFloatValueAt(0);
-    for (int i = 1; i < PropCount(); ++i) {
-        if (GetFloatValueAt(i) != first)
-            return false;
-    }
-    return true;
+    return AllValuesEqual([this](int Index) { return GetFloatValueAt(Index); });
 }
 
 QString TFloatProperty::GetValue() const
@@ -254,14 +233,7 @@ void TFloatProperty::SetValue(const QString &Value)
 
 bool TStringProperty::AllEqual() const
 {
-    if (PropCount() <= 1)
-        return true;
-    const QString first = GetStrValueAt(0);
-    for (int i = 1; i < PropCount(); ++i) {
-        if (GetStrValueAt(i) != first)
-            return false;
-    }
-    return true;
+    return AllValuesEqual([this](int Index) { return GetStrValueAt(Index); });
 }
 
 QString TStringProperty::GetValue() const
@@ -423,11 +395,7 @@ void TSetElementProperty::SetValue(const QString &Value)
 
 bool TSetElementProperty::AllEqual() const
 {
-    for (int i = 1; i < PropCount(); ++i) {
-        if (IsSetAt(i) != IsSetAt(0))
-            return false;
-    }
-    return true;
+    return AllValuesEqual([this](int Index) { return IsSetAt(Index); });
 }
 
 // Objects -------------------------------------------------------------------------------
@@ -477,11 +445,7 @@ TPropertyAttributes TComponentProperty::GetAttributes() const
 
 bool TComponentProperty::AllEqual() const
 {
-    for (int i = 1; i < PropCount(); ++i) {
-        if (GetObjValueAt(i) != GetObjValueAt(0))
-            return false;
-    }
-    return true;
+    return AllValuesEqual([this](int Index) { return GetObjValueAt(Index); });
 }
 
 QString TComponentProperty::GetValue() const

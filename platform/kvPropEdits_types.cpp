@@ -71,22 +71,6 @@ bool AllTextsEqual(const TPropertyEditor &Editor, const std::function<QString(co
     return true;
 }
 
-// Whether every living object holds an equal value.
-bool AllValuesEqual(const TPropertyEditor &Editor)
-{
-    std::optional<QVariant> first;
-    for (int i = 0; i < Editor.PropCount(); ++i) {
-        if (!Editor.GetComponent(i))
-            continue;
-        const QVariant value = Editor.GetVarValueAt(i);
-        if (!first)
-            first = value;
-        else if (value != *first)
-            return false;
-    }
-    return true;
-}
-
 // Dialogs are offered only where the value can be written.
 TPropertyAttributes WithDialog(TPropertyAttributes Attributes)
 {
@@ -1023,11 +1007,6 @@ TPropertyAttributes TFontProperty::GetAttributes() const
     return attributes;
 }
 
-bool TFontProperty::AllEqual() const
-{
-    return AllValuesEqual(*this);
-}
-
 QString TFontProperty::GetValue() const
 {
     if (!GetVarValue().isValid())
@@ -1146,11 +1125,6 @@ void TShortCutProperty::SetValue(const QString &Value)
 
 // Dates and times -----------------------------------------------------------------------------
 
-bool TDateProperty::AllEqual() const
-{
-    return AllValuesEqual(*this);
-}
-
 QString TDateProperty::GetValue() const
 {
     return DateText(GetVarValue().toDate());
@@ -1166,11 +1140,6 @@ void TDateProperty::SetValue(const QString &Value)
     if (!date)
         RaiseInvalidValue(Value, LoadStr(SKindDate));
     SetVarValue(QVariant(*date));
-}
-
-bool TTimeProperty::AllEqual() const
-{
-    return AllValuesEqual(*this);
 }
 
 QString TTimeProperty::GetValue() const
@@ -1222,11 +1191,6 @@ TPropertyAttributes TStringListProperty::GetAttributes() const
     return WithDialog(TPropertyEditor::GetAttributes());
 }
 
-bool TStringListProperty::AllEqual() const
-{
-    return AllValuesEqual(*this);
-}
-
 QString TStringListProperty::GetValue() const
 {
     const QVariant value = GetVarValue();
@@ -1261,11 +1225,6 @@ TPropertyAttributes TValueClassProperty::GetAttributes() const
 {
     // Unlike an object, a value is typed as its text.
     return TPropertyEditor::GetAttributes() | paSubProperties;
-}
-
-bool TValueClassProperty::AllEqual() const
-{
-    return AllValuesEqual(*this);
 }
 
 QString TValueClassProperty::GetValue() const

@@ -35,7 +35,6 @@ class TFontProperty : public TClassProperty
 public:
     using TClassProperty::TClassProperty;
     TPropertyAttributes GetAttributes() const override;
-    bool AllEqual() const override;
     QString GetValue() const override;
     void GetProperties(const TGetPropEditProc &Proc) const override;
     void Edit() override;
@@ -82,7 +81,6 @@ class TDateProperty : public TPropertyEditor
 {
 public:
     using TPropertyEditor::TPropertyEditor;
-    bool AllEqual() const override;
     QString GetValue() const override;
     void SetValue(const QString &Value) override;
 };
@@ -91,7 +89,6 @@ class TTimeProperty : public TPropertyEditor
 {
 public:
     using TPropertyEditor::TPropertyEditor;
-    bool AllEqual() const override;
     QString GetValue() const override;
     void SetValue(const QString &Value) override;
 };
@@ -113,7 +110,6 @@ class TStringListProperty : public TPropertyEditor
 public:
     using TPropertyEditor::TPropertyEditor;
     TPropertyAttributes GetAttributes() const override;
-    bool AllEqual() const override;
     QString GetValue() const override;
     void SetValue(const QString &Value) override;
     void Edit() override;
@@ -130,7 +126,6 @@ class TValueClassProperty : public TClassProperty
 public:
     using TClassProperty::TClassProperty;
     TPropertyAttributes GetAttributes() const override;
-    bool AllEqual() const override;
     QString GetValue() const override;
     void SetValue(const QString &Value) override;
     void GetProperties(const TGetPropEditProc &Proc) const override;

@@ -204,14 +204,7 @@ void TPropertyEditor::Edit()
 
 bool TPropertyEditor::AllEqual() const
 {
-    if (PropCount() <= 1)
-        return true;
-    const QVariant first = GetVarValueAt(0);
-    for (int i = 1; i < PropCount(); ++i) {
-        if (GetVarValueAt(i) != first)
-            return false;
-    }
-    return true;
+    return AllValuesEqual([this](int Index) { return GetVarValueAt(Index); });
 }
 
 int TPropertyEditor::GetEditLimit() const

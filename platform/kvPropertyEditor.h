@@ -15,6 +15,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QObject;
@@ -114,7 +115,7 @@ public:
     // With a value list, sets the value that follows the current one (the first after the
     // last); otherwise nothing. Editors with paDialog open their dialog.
     virtual void Edit();
-    // Whether every object holds the same value (always true for one object).
+    // Whether every object that still lives holds the same value (true for one object).
     virtual bool AllEqual() const;
     // The longest text the value may have; 0 for no limit.
     virtual int GetEditLimit() const;
@@ -158,6 +159,21 @@ public:
     void Modified();
 
 protected:
+    // Whether Value(i) is the same for every object that still lives.
+    template <typename F>
+    bool AllValuesEqual(F Value) const
+    {
+        std::optional<decltype(Value(0))> first;
+        for (int i = 0; i < PropCount(); ++i) {
+            if (!GetComponent(i))
+                continue;
+            if (!first)
+                first = Value(i);
+            else if (!(Value(i) == *first))
+                return false;
+        }
+        return true;
+    }
     // Whether Object already holds Value (as Info's type; false where Qt can't compare).
     static bool HoldsAlready(const TPropInfo &Info, const QObject *Object, const QVariant &Value);
     // Raises kv::Exception: "'Text' is not a valid Kind value".

@@ -1,5 +1,6 @@
 #include "design/ideGen_designer.h"
 #include "foundation/ideConsts.h"
+#include "tests/platform/editortests.h"
 #include "platform/kvDataModule.h"
 #include "platform/kvEventConnections.h"
 #include "platform/kvException.h"
@@ -14,6 +15,7 @@
 #include <memory>
 
 using namespace kv;
+using namespace kv::test;
 using kv::test::Make;
 using namespace Qt::StringLiterals;
 
@@ -91,39 +93,14 @@ QMetaMethod SignalOf(const QObject *Obj, const char *Signature)
     return Obj->metaObject()->method(Obj->metaObject()->indexOfSignal(normalized.constData()));
 }
 
-std::vector<std::unique_ptr<TPropertyEditor>> EventEditors(const QList<QObject *> &Selection, IFormDesigner *Designer)
+TEditors EventEditors(const QList<QObject *> &Selection, IFormDesigner *Designer)
 {
-    std::vector<std::unique_ptr<TPropertyEditor>> editors;
-    GetComponentProperties(Selection, TTypeKinds(tkMethod), Designer,
-                           [&editors](std::unique_ptr<TPropertyEditor> Editor) { editors.push_back(std::move(Editor)); });
-    return editors;
+    return EditorsOf(Selection, Designer, tkMethod);
 }
 
-std::unique_ptr<TPropertyEditor> EventEditor(const QList<QObject *> &Selection, IFormDesigner *Designer,
-                                             const QString &Name)
+TEditorPtr EventEditor(const QList<QObject *> &Selection, IFormDesigner *Designer, const QString &Name)
 {
-    for (std::unique_ptr<TPropertyEditor> &editor : EventEditors(Selection, Designer)) {
-        if (editor->GetName() == Name)
-            return std::move(editor);
-    }
-    return nullptr;
-}
-
-QStringList Values(const TPropertyEditor &Editor)
-{
-    QStringList values;
-    Editor.GetValues([&values](const QString &Value) { values.append(Value); });
-    return values;
-}
-
-QString ErrorOf(const std::function<void()> &Action)
-{
-    try {
-        Action();
-    } catch (const Exception &e) {
-        return e.Message();
-    }
-    return {};
+    return Take(EventEditors(Selection, Designer), Name);
 }
 
 // Module1 { Sender1, Sender2, Helper1 } designed by a counting designer.
@@ -191,7 +168,7 @@ void TestEvents::valueListOffersCompatibleSlots()
     TFixture f;
     const auto values = [&f](const QString &event) {
         auto editor = EventEditor({f.sender1}, f.designer.get(), event);
-        return editor ? Values(*editor) : QStringList{u"(no editor)"_s};
+        return editor ? ValuesOf(*editor) : QStringList{u"(no editor)"_s};
     };
 
     // A slot may take fewer arguments than the signal, never more or others; protected
@@ -434,7 +411,7 @@ void TestEvents::editorOutlivesItsObjects()
     QVERIFY(orphan);
     f.designer.reset();
     f.module.reset();
-    QVERIFY(Values(*orphan).isEmpty());
+    QVERIFY(ValuesOf(*orphan).isEmpty());
     QCOMPARE(orphan->GetValue(), QString());
     orphan->SetValue(QString());
 }
@@ -503,7 +480,7 @@ void TestEvents::handlerRoot()
     TSender lone;
     auto unowned = EventEditor({&lone}, nullptr, u"fired"_s);
     QCOMPARE(static_cast<TMethodProperty *>(unowned.get())->HandlerRoot(), nullptr);
-    QVERIFY(Values(*unowned).isEmpty());
+    QVERIFY(ValuesOf(*unowned).isEmpty());
     QCOMPARE(ErrorOf([&] { unowned->SetValue(u"onFired"_s); }), LoadStr(SErrNoEventHandler).arg(u"fired"_s));
 }
 

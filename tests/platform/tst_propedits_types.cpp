@@ -1,3 +1,4 @@
+#include "tests/platform/editortests.h"
 #include "platform/kvPropEdits_types.h"
 
 #include "design/ideGen_designer.h"
@@ -35,6 +36,7 @@
 #include <memory>
 
 using namespace kv;
+using namespace kv::test;
 
 Q_DECLARE_METATYPE(kv::TPropertyAttributes)
 
@@ -110,50 +112,20 @@ public:
     int ModifiedCount = 0;
 };
 
-using TEditorPtr = std::unique_ptr<TPropertyEditor>;
-
 TEditorPtr EditorFor(const QList<QObject *> &Objects, const QString &Name, IFormDesigner *Designer = nullptr)
 {
-    TEditorPtr found;
-    GetComponentProperties(Objects, TTypeKinds::Any(), Designer, [&](TEditorPtr Editor) {
-        if (Editor->GetName() == Name)
-            found = std::move(Editor);
-    });
-    return found;
-}
-
-std::vector<TEditorPtr> SubEditors(const TPropertyEditor &Editor)
-{
-    std::vector<TEditorPtr> editors;
-    Editor.GetProperties([&](TEditorPtr Sub) { editors.push_back(std::move(Sub)); });
-    return editors;
+    return Take(EditorsOf(Objects, Designer), Name);
 }
 
 TEditorPtr SubEditor(const TPropertyEditor &Editor, const QString &Name)
 {
-    for (TEditorPtr &sub : SubEditors(Editor)) {
-        if (sub->GetName() == Name)
-            return std::move(sub);
-    }
-    return nullptr;
-}
-
-QStringList ValuesOf(const TPropertyEditor &Editor)
-{
-    QStringList values;
-    Editor.GetValues([&](const QString &Value) { values.append(Value); });
-    return values;
+    return Take(SubEditors(Editor), Name);
 }
 
 // The message that SetValue raises; empty when it raises nothing.
 QString RaisedBy(TPropertyEditor &Editor, const QString &Text)
 {
-    try {
-        Editor.SetValue(Text);
-    } catch (const Exception &e) {
-        return e.Message();
-    }
-    return {};
+    return ErrorOf([&] { Editor.SetValue(Text); });
 }
 
 // Puts a dialog hook in place for one test and restores the one before.
@@ -211,7 +183,6 @@ private Q_SLOTS:
     void fontDialog();
     void stringListDialog();
     void standardStringListDialog();
-    void widgetSweepWritesBackUnchanged();
 };
 
 // Each value shows as its text, and that text written into an object with another value
@@ -860,65 +831,6 @@ void tst_PropEditsTypes::standardStringListDialog()
     QVERIFY(!ExecuteStringListDialog(lines, QString()));
     QCOMPARE(lines, (QStringList{QStringLiteral("x"), QStringLiteral("y")}));
     QCOMPARE(title, QStringLiteral("Editing String list editor (2 lines)"));
-}
-
-// Every property of these editors in the common widgets, and every part, takes back the text
-// it shows without a change.
-void tst_PropEditsTypes::widgetSweepWritesBackUnchanged()
-{
-    QMainWindow window;
-    std::vector<QWidget *> widgets{&window};
-    const auto add = [&](QWidget *Widget) {
-        Widget->setParent(&window);
-        widgets.push_back(Widget);
-    };
-    add(new QWidget);
-    add(new QPushButton(QStringLiteral("OK")));
-    add(new QToolButton);
-    add(new QLabel(QStringLiteral("label")));
-    add(new QLineEdit);
-    add(new QPlainTextEdit);
-    add(new QComboBox);
-    add(new QFontComboBox);
-    add(new QSlider);
-    add(new QGroupBox);
-    add(new QTabWidget);
-    add(new QDateTimeEdit(QDateTime(QDate(2024, 5, 6), QTime(7, 8, 9, 10))));
-    add(new QDateEdit);
-    add(new QTimeEdit);
-    add(new QCalendarWidget);
-    add(new QKeySequenceEdit(QKeySequence(QStringLiteral("Ctrl+Shift+Z"))));
-
-    int checked = 0;
-    const auto isOurs = [](const TPropertyEditor *Editor) {
-        return dynamic_cast<const TColorProperty *>(Editor) || dynamic_cast<const TCursorProperty *>(Editor)
-               || dynamic_cast<const TShortCutProperty *>(Editor) || dynamic_cast<const TDateProperty *>(Editor)
-               || dynamic_cast<const TTimeProperty *>(Editor) || dynamic_cast<const TDateTimeProperty *>(Editor)
-               || dynamic_cast<const TStringListProperty *>(Editor)
-               || dynamic_cast<const TValueClassProperty *>(Editor) || dynamic_cast<const TFontProperty *>(Editor);
-    };
-    const auto writeBack = [&](QWidget *Widget, TPropertyEditor &Editor, const QString &Where) {
-        if (Editor.GetAttributes().testFlag(paReadOnly))
-            return;
-        const QMetaProperty property = Editor.GetPropInfo()->Property().isValid()
-                                           ? Editor.GetPropInfo()->Property()
-                                           : Editor.GetPropInfo()->Parent()->Property();
-        const QVariant before = property.read(Widget);
-        Editor.SetValue(Editor.GetValue());
-        QVERIFY2(property.read(Widget) == before, qPrintable(Where));
-        ++checked;
-    };
-    for (QWidget *widget : widgets) {
-        GetComponentProperties({widget}, TTypeKinds::Properties(), nullptr, [&](TEditorPtr Editor) {
-            if (!isOurs(Editor.get()))
-                return;
-            const QString where = QLatin1String(widget->metaObject()->className()) + QLatin1Char('.') + Editor->GetName();
-            writeBack(widget, *Editor, where);
-            for (const TEditorPtr &part : SubEditors(*Editor))
-                writeBack(widget, *part, where + QLatin1Char('.') + part->GetName());
-        });
-    }
-    QVERIFY(checked > 100);
 }
 
 QTEST_MAIN(tst_PropEditsTypes)

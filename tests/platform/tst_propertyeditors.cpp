@@ -8,6 +8,7 @@
 #include "platform/kvPropAliases.h"
 #include "platform/kvPropEdits.h"
 #include "platform/kvPropertyRegistry.h"
+#include "tests/platform/editortests.h"
 #include "tests/testsupport.h"
 
 #include <QGroupBox>
@@ -17,6 +18,7 @@
 #include <QtTest>
 
 using namespace kv;
+using namespace kv::test;
 
 // An object held by a property and shown through its own properties.
 class TKindsPart : public QObject
@@ -114,58 +116,6 @@ QStringList Strings(std::initializer_list<const char *> texts)
     for (const char *text : texts)
         strings.append(QString::fromUtf8(text));
     return strings;
-}
-
-using TEditors = std::vector<std::unique_ptr<TPropertyEditor>>;
-
-TEditors EditorsOf(const QList<QObject *> &objects, IFormDesigner *designer,
-                   TTypeKinds filter = TTypeKinds::Any())
-{
-    TEditors editors;
-    GetComponentProperties(objects, filter, designer,
-                           [&](std::unique_ptr<TPropertyEditor> editor) { editors.push_back(std::move(editor)); });
-    return editors;
-}
-
-TPropertyEditor *Find(const TEditors &editors, const QString &name)
-{
-    for (const auto &editor : editors) {
-        if (editor->GetName() == name)
-            return editor.get();
-    }
-    return nullptr;
-}
-
-QStringList Names(const TEditors &editors)
-{
-    QStringList names;
-    for (const auto &editor : editors)
-        names.append(editor->GetName());
-    return names;
-}
-
-QStringList ValuesOf(const TPropertyEditor &editor)
-{
-    QStringList values;
-    editor.GetValues([&](const QString &value) { values.append(value); });
-    return values;
-}
-
-TEditors SubEditors(const TPropertyEditor &editor)
-{
-    TEditors editors;
-    editor.GetProperties([&](std::unique_ptr<TPropertyEditor> sub) { editors.push_back(std::move(sub)); });
-    return editors;
-}
-
-QString ErrorOf(const std::function<void()> &action)
-{
-    try {
-        action();
-    } catch (const Exception &error) {
-        return error.Message();
-    }
-    return {};
 }
 
 // Editors for the registry tests, told apart by their values.
