@@ -5,6 +5,7 @@
 #include "foundation/ideConsts.h"
 #include "platform/kvEditorGroups.h"
 #include "platform/kvException.h"
+#include "platform/kvColor.h"
 #include "platform/kvPropAliases.h"
 #include "platform/kvPropEdits.h"
 #include "platform/kvPropertyRegistry.h"
@@ -62,6 +63,12 @@ private:
     Q_PROPERTY(QVariant any MEMBER m_any)
     Q_PROPERTY(int fixed READ fixed)
     Q_PROPERTY(QLocale locale MEMBER m_locale)
+    Q_PROPERTY(kv::TColor color MEMBER m_color)
+    Q_PROPERTY(QColor tint MEMBER m_tint)
+    Q_PROPERTY(QFont font MEMBER m_font)
+    Q_PROPERTY(QSize extent MEMBER m_extent)
+    Q_PROPERTY(QRect frame MEMBER m_frame)
+    Q_PROPERTY(QStringList lines MEMBER m_lines)
 
 public:
     using QObject::QObject;
@@ -87,6 +94,15 @@ public:
     TKindsPart m_part{this};
     QVariant m_any = 5;
     QLocale m_locale = QLocale::c();
+    TColor m_color = clBtnFace;
+    QColor m_tint = QColor(0x12, 0x34, 0x56);
+    QFont m_font;
+    QSize m_extent = QSize(640, 480);
+    QRect m_frame = QRect(1, 2, 30, 40);
+    QStringList m_lines = {QStringLiteral("a"), QStringLiteral("b, c")};
+
+Q_SIGNALS:
+    void changed(int Amount);
 };
 
 namespace {
@@ -184,6 +200,14 @@ void TestPropertyEditors::kinds_data()
     QTest::newRow("read-only") << "fixed" << int(tkInteger) << "42" << (plain | paReadOnly);
     QTest::newRow("no editor of its own") << "locale" << int(tkUnknown) << "(QLocale)" << (plain | paReadOnly);
     QTest::newRow("component name") << "objectName" << int(tkLString) << "Kinds1" << int(paRevertable);
+    const int dialog = plain | paValueList | paDialog;
+    QTest::newRow("TColor") << "color" << int(tkInteger) << "clBtnFace" << dialog;
+    QTest::newRow("QColor") << "tint" << int(tkInteger) << "$00563412" << dialog;
+    QTest::newRow("QFont") << "font" << int(tkClass) << "(QFont)" << int(paMultiSelect | paSubProperties | paReadOnly | paDialog);
+    QTest::newRow("QSize") << "extent" << int(tkClass) << "640 x 480" << (plain | paSubProperties);
+    QTest::newRow("QRect") << "frame" << int(tkClass) << "[(1, 2), 30 x 40]" << (plain | paSubProperties);
+    QTest::newRow("QStringList") << "lines" << int(tkClass) << "a,\"b, c\"" << (plain | paDialog);
+    QTest::newRow("signal") << "changed" << int(tkMethod) << "" << int(paMultiSelect | paValueList | paSortList);
 }
 
 void TestPropertyEditors::kinds()
