@@ -1,5 +1,7 @@
 #include "foundation/ideLib_props.h"
 
+#include "foundation/ideLib_stringlists.h"
+
 #include "foundation/ideConsts.h"
 #include "foundation/ideLib_strings.h"
 #include "foundation/ideSystem_optionstorage.h"
@@ -104,67 +106,6 @@ bool EnumFromText(const QMetaEnum &Enum, const QString &Text, int &Value)
     }
     Value = Text.trimmed().toInt(&ok);
     return ok;
-}
-
-// A string list as comma text: an entry that is empty or holds a comma, a double quote or
-// blanks at its ends is written between double quotes, with its quotes doubled.
-QString ListToCommaText(const QStringList &List)
-{
-    QStringList parts;
-    for (const QString &entry : List) {
-        const bool quote = entry.isEmpty() || entry.contains(u',') || entry.contains(u'"') || entry.trimmed() != entry;
-        if (!quote) {
-            parts.append(entry);
-            continue;
-        }
-        QString quoted = entry;
-        quoted.replace(u'"', QStringLiteral("\"\""));
-        parts.append(u'"' + quoted + u'"');
-    }
-    return parts.join(u',');
-}
-
-bool CommaTextToList(const QString &Text, QStringList &List)
-{
-    List.clear();
-    if (Text.trimmed().isEmpty())
-        return true;
-    qsizetype i = 0;
-    const qsizetype n = Text.size();
-    for (;;) {
-        while (i < n && Text.at(i) == u' ')
-            ++i;
-        QString entry;
-        if (i < n && Text.at(i) == u'"') {
-            for (++i;; ++i) {
-                if (i >= n)
-                    return false; // unterminated quote
-                if (Text.at(i) == u'"') {
-                    if (i + 1 < n && Text.at(i + 1) == u'"') {
-                        entry.append(u'"');
-                        ++i;
-                        continue;
-                    }
-                    ++i;
-                    break;
-                }
-                entry.append(Text.at(i));
-            }
-            while (i < n && Text.at(i) == u' ')
-                ++i;
-            if (i < n && Text.at(i) != u',')
-                return false;
-        } else {
-            const qsizetype comma = Text.indexOf(u',', i);
-            const qsizetype end = comma < 0 ? n : comma;
-            entry = Text.mid(i, end - i).trimmed();
-            i = end;
-        }
-        List.append(entry);
-        if (i >= n)
-            return true;
-        ++i; // the comma
-    }
 }
 
 QString NumbersToText(std::initializer_list<double> Numbers)
@@ -324,7 +265,7 @@ QString PropValueToText(const QMetaProperty &Prop, const QVariant &Value)
     case QMetaType::QDateTime:
         return Value.toDateTime().toString(Qt::ISODateWithMs);
     case QMetaType::QStringList:
-        return ListToCommaText(Value.toStringList());
+        return QuotedCommaText(Value.toStringList());
     case QMetaType::QSize:
     case QMetaType::QSizeF: {
         const QSizeF size = Value.toSizeF();
@@ -392,7 +333,7 @@ bool PropValueFromText(const QMetaProperty &Prop, const QString &Text, QVariant 
         return Value.toDateTime().isValid();
     case QMetaType::QStringList: {
         QStringList list;
-        if (!CommaTextToList(Text, list))
+        if (!SplitQuotedCommaText(Text, list))
             return false;
         Value = list;
         return true;

@@ -1,6 +1,7 @@
 #include "platform/kvPropEdits_types.h"
 
 #include "foundation/ideConsts.h"
+#include "foundation/ideLib_stringlists.h"
 #include "platform/kvColor.h"
 #include "platform/kvDesignDialogs.h"
 #include "platform/kvException.h"
@@ -313,83 +314,6 @@ QDateTime DateTimeLike(const TDateAndTime &Value, const QDateTime &Current)
         break;
     }
     return QDateTime(Value.Date, Value.Time);
-}
-
-// String lists as comma text ------------------------------------------------------------------
-
-bool NeedsQuotes(const QString &Entry)
-{
-    return Entry.isEmpty() || Entry.contains(QLatin1Char(',')) || Entry.contains(QLatin1Char('"'))
-           || Entry.front().isSpace() || Entry.back().isSpace();
-}
-
-QString CommaText(const QStringList &List)
-{
-    QStringList entries;
-    entries.reserve(List.size());
-    for (const QString &entry : List) {
-        if (NeedsQuotes(entry)) {
-            QString quoted = entry;
-            quoted.replace(QLatin1Char('"'), QLatin1String("\"\""));
-            entries.append(QLatin1Char('"') + quoted + QLatin1Char('"'));
-        } else {
-            entries.append(entry);
-        }
-    }
-    return entries.join(QLatin1Char(','));
-}
-
-// Entries are separated by commas; blanks around an entry are dropped unless it is quoted,
-// and a doubled quote inside quotes stands for one. Blank text is the empty list.
-std::optional<QStringList> ParseCommaText(const QString &Text)
-{
-    QStringList list;
-    if (Text.trimmed().isEmpty())
-        return list;
-    const qsizetype length = Text.size();
-    qsizetype i = 0;
-    for (;;) {
-        while (i < length && Text[i].isSpace())
-            ++i;
-        QString entry;
-        if (i < length && Text[i] == u'"') {
-            ++i;
-            bool closed = false;
-            while (i < length) {
-                if (Text[i] == u'"') {
-                    if (i + 1 < length && Text[i + 1] == u'"') {
-                        entry += QLatin1Char('"');
-                        i += 2;
-                        continue;
-                    }
-                    ++i;
-                    closed = true;
-                    break;
-                }
-                entry += Text[i++];
-            }
-            if (!closed)
-                return std::nullopt;
-            while (i < length && Text[i].isSpace())
-                ++i;
-            if (i < length && Text[i] != u',')
-                return std::nullopt;
-        } else {
-            const qsizetype start = i;
-            while (i < length && Text[i] != u',')
-                ++i;
-            entry = Text.mid(start, i - start).trimmed();
-        }
-        list.append(entry);
-        if (i >= length)
-            break;
-        ++i; // the comma; one at the very end starts an empty last entry
-        if (i >= length) {
-            list.append(QString());
-            break;
-        }
-    }
-    return list;
 }
 
 // Value classes -------------------------------------------------------------------------------
@@ -1196,15 +1120,15 @@ QString TStringListProperty::GetValue() const
     const QVariant value = GetVarValue();
     if (!value.isValid())
         return {};
-    return CommaText(value.toStringList());
+    return QuotedCommaText(value.toStringList());
 }
 
 void TStringListProperty::SetValue(const QString &Value)
 {
-    const std::optional<QStringList> list = ParseCommaText(Value);
-    if (!list)
+    QStringList list;
+    if (!SplitQuotedCommaText(Value, list))
         RaiseInvalidValue(Value, LoadStr(SKindStringList));
-    SetVarValue(QVariant(*list));
+    SetVarValue(QVariant(list));
 }
 
 void TStringListProperty::Edit()
