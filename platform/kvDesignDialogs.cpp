@@ -10,7 +10,9 @@
 #include <QDialogButtonBox>
 #include <QFont>
 #include <QFontDatabase>
+#include <QFileDialog>
 #include <QFontDialog>
+#include <QImageReader>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -39,6 +41,12 @@ TColorDialogHook &ColorDialogHook()
 TStringListDialogHook &StringListDialogHook()
 {
     static TStringListDialogHook hook;
+    return hook;
+}
+
+TPictureDialogHook &PictureDialogHook()
+{
+    static TPictureDialogHook hook;
     return hook;
 }
 
@@ -133,6 +141,11 @@ TStringListDialogHook SetStringListDialogHook(TStringListDialogHook Hook)
     return std::exchange(StringListDialogHook(), std::move(Hook));
 }
 
+TPictureDialogHook SetPictureDialogHook(TPictureDialogHook Hook)
+{
+    return std::exchange(PictureDialogHook(), std::move(Hook));
+}
+
 bool ExecuteFontDialog(QFont &Font)
 {
     if (const TFontDialogHook &hook = FontDialogHook())
@@ -166,6 +179,23 @@ bool ExecuteStringListDialog(QStringList &Lines, const QString &Caption)
     if (const TStringListDialogHook &hook = StringListDialogHook())
         return hook(Lines, Caption);
     return ExecuteDefaultStringListDialog(Lines, Caption);
+}
+
+bool ExecutePictureDialog(QString &FileName)
+{
+    if (const TPictureDialogHook &hook = PictureDialogHook())
+        return hook(FileName);
+    if (!CanShowDialogs())
+        return false;
+    QStringList patterns;
+    for (const QByteArray &format : QImageReader::supportedImageFormats())
+        patterns.append(QLatin1String("*.") + QString::fromLatin1(format));
+    const QString filter = LoadStr(SPictureFiles).arg(patterns.join(QLatin1Char(' ')));
+    const QString chosen = QFileDialog::getOpenFileName(DialogOwner(), LoadStr(SLoadPicture), FileName, filter);
+    if (chosen.isEmpty())
+        return false;
+    FileName = chosen;
+    return true;
 }
 
 } // namespace kv

@@ -7,18 +7,22 @@
 #include "platform/kvException.h"
 #include "platform/kvPropertyRegistry.h"
 
+#include <QBitmap>
 #include <QColor>
 #include <QCursor>
 #include <QDate>
 #include <QDateTime>
 #include <QFont>
 #include <QFontDatabase>
+#include <QIcon>
+#include <QImage>
 #include <QGuiApplication>
 #include <QKeySequence>
 #include <QLocale>
 #include <QMargins>
 #include <QMetaEnum>
 #include <QPalette>
+#include <QPixmap>
 #include <QPoint>
 #include <QRect>
 #include <QRegularExpression>
@@ -1205,6 +1209,125 @@ PTypeInfo FontStylesTypeInfo()
                         {QStringLiteral("fsStrikeOut"), 8}});
 }
 
+// TPictureProperty --------------------------------------------------------------------------
+
+namespace {
+
+// The picture of a variant's kind; 0 for a null or foreign value, so that two objects compare
+// equal exactly when they share one picture.
+qint64 PictureKey(const QVariant &Value)
+{
+    switch (Value.metaType().id()) {
+    case QMetaType::QPixmap:
+        return Value.value<QPixmap>().cacheKey();
+    case QMetaType::QBitmap:
+        return Value.value<QBitmap>().cacheKey();
+    case QMetaType::QImage:
+        return Value.value<QImage>().cacheKey();
+    case QMetaType::QIcon:
+        return Value.value<QIcon>().cacheKey();
+    default:
+        return 0;
+    }
+}
+
+bool IsNullPicture(const QVariant &Value)
+{
+    switch (Value.metaType().id()) {
+    case QMetaType::QPixmap:
+        return Value.value<QPixmap>().isNull();
+    case QMetaType::QBitmap:
+        return Value.value<QBitmap>().isNull();
+    case QMetaType::QImage:
+        return Value.value<QImage>().isNull();
+    case QMetaType::QIcon:
+        return Value.value<QIcon>().isNull();
+    default:
+        return true;
+    }
+}
+
+// The picture in FileName as a value of Type; invalid when it can't be read.
+QVariant LoadPicture(QMetaType Type, const QString &FileName)
+{
+    const QImage image(FileName);
+    if (image.isNull())
+        return {};
+    switch (Type.id()) {
+    case QMetaType::QPixmap:
+        return QVariant::fromValue(QPixmap::fromImage(image));
+    case QMetaType::QBitmap:
+        return QVariant::fromValue(QBitmap::fromImage(image));
+    case QMetaType::QIcon:
+        return QVariant::fromValue(QIcon(FileName));
+    default:
+        return QVariant::fromValue(image);
+    }
+}
+
+} // namespace
+
+TPropertyAttributes TPictureProperty::GetAttributes() const
+{
+    return WithDialog(TPropertyEditor::GetAttributes());
+}
+
+bool TPictureProperty::AllEqual() const
+{
+    return AllValuesEqual([this](int Index) { return PictureKey(GetVarValueAt(Index)); });
+}
+
+QString TPictureProperty::GetValue() const
+{
+    const QVariant value = GetVarValue();
+    if (!value.isValid())
+        return {};
+    if (IsNullPicture(value))
+        return LoadStr(SNoPicture);
+    QSize size;
+    switch (value.metaType().id()) {
+    case QMetaType::QPixmap:
+        size = value.value<QPixmap>().size();
+        break;
+    case QMetaType::QBitmap:
+        size = value.value<QBitmap>().size();
+        break;
+    case QMetaType::QImage:
+        size = value.value<QImage>().size();
+        break;
+    default:
+        return QLatin1Char('(') + GetPropType()->Name + QLatin1Char(')');
+    }
+    return QLatin1Char('(') + GetPropType()->Name + QLatin1Char(' ') + QString::number(size.width())
+           + QLatin1String(" x ") + QString::number(size.height()) + QLatin1Char(')');
+}
+
+void TPictureProperty::SetValue(const QString &Value)
+{
+    const QString text = Value.trimmed();
+    // Its own text written back keeps the picture.
+    if (text == GetValue() && AllEqual())
+        return;
+    const QMetaType type = GetPropType()->MetaType;
+    if (text.isEmpty() || text == LoadStr(SNoPicture)) {
+        SetVarValue(QVariant(type));
+        return;
+    }
+    const QVariant picture = LoadPicture(type, text);
+    if (!picture.isValid())
+        RaiseInvalidValue(Value, LoadStr(SKindPicture));
+    SetVarValue(picture);
+}
+
+void TPictureProperty::Edit()
+{
+    if (!GetComponent(0) || (GetAttributes() & paReadOnly))
+        return;
+    QString fileName;
+    if (ExecutePictureDialog(fileName))
+        SetValue(fileName);
+}
+
 void RegisterTypePropertyEditors()
 {
     const QMetaObject *anyClass = nullptr;
@@ -1227,6 +1350,8 @@ void RegisterTypePropertyEditors()
                            TypeInfo<QRect>(), TypeInfo<QRectF>(), TypeInfo<QMargins>(), TypeInfo<QMarginsF>(),
                            TypeInfo<QSizePolicy>()})
         registerFor(type, PropertyEditorClass<TValueClassProperty>);
+    for (PTypeInfo type : {TypeInfo<QPixmap>(), TypeInfo<QBitmap>(), TypeInfo<QImage>(), TypeInfo<QIcon>()})
+        registerFor(type, PropertyEditorClass<TPictureProperty>);
 }
 
 } // namespace kv

@@ -131,6 +131,20 @@ public:
     void GetProperties(const TGetPropEditProc &Proc) const override;
 };
 
+// QPixmap, QBitmap, QImage and QIcon: "(None)" for a null one, else "(QPixmap 16 x 16)"
+// ("(QIcon)" for an icon); typed as a file or resource name to load, or "(None)" or nothing
+// to clear; Edit picks a file in the picture dialog.
+class TPictureProperty : public TPropertyEditor
+{
+public:
+    using TPropertyEditor::TPropertyEditor;
+    TPropertyAttributes GetAttributes() const override;
+    bool AllEqual() const override;
+    QString GetValue() const override;
+    void SetValue(const QString &Value) override;
+    void Edit() override;
+};
+
 // The set type of a font's Style part.
 PTypeInfo FontStylesTypeInfo();
 

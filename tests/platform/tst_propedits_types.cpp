@@ -9,25 +9,16 @@
 #include "platform/kvPropertyRegistry.h"
 
 #include <QApplication>
-#include <QCalendarWidget>
-#include <QComboBox>
 #include <QCursor>
-#include <QDateTimeEdit>
 #include <QDialog>
-#include <QFontComboBox>
 #include <QFontDatabase>
-#include <QGroupBox>
 #include <QKeySequence>
-#include <QKeySequenceEdit>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMainWindow>
+#include <QIcon>
+#include <QImage>
 #include <QPixmap>
+#include <QTemporaryDir>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QSizePolicy>
-#include <QSlider>
-#include <QTabWidget>
 #include <QTest>
 #include <QTimeZone>
 #include <QTimer>
@@ -91,6 +82,25 @@ public:
     QRectF m_rectF = QRectF(9.5, 9.5, 9.5, 9.5);
     QMargins m_margins = QMargins(9, 9, 9, 9);
     QSizePolicy m_sizePolicy = QSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+};
+
+// Pictures of each kind.
+class TPictureHolder : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QPixmap pixmap READ pixmap WRITE setPixmap)
+    Q_PROPERTY(QImage image MEMBER m_image)
+    Q_PROPERTY(QIcon icon READ icon WRITE setIcon)
+
+public:
+    QPixmap pixmap() const { return m_pixmap; }
+    void setPixmap(const QPixmap &Pixmap) { m_pixmap = Pixmap; }
+    QIcon icon() const { return m_icon; }
+    void setIcon(const QIcon &Icon) { m_icon = Icon; }
+
+    QPixmap m_pixmap;
+    QImage m_image;
+    QIcon m_icon;
 };
 
 // A widget with a QColor property, for colours that come from the widget's palette.
@@ -183,6 +193,7 @@ private Q_SLOTS:
     void fontDialog();
     void stringListDialog();
     void standardStringListDialog();
+    void pictures();
 };
 
 // Each value shows as its text, and that text written into an object with another value
@@ -831,6 +842,76 @@ void tst_PropEditsTypes::standardStringListDialog()
     QVERIFY(!ExecuteStringListDialog(lines, QString()));
     QCOMPARE(lines, (QStringList{QStringLiteral("x"), QStringLiteral("y")}));
     QCOMPARE(title, QStringLiteral("Editing String list editor (2 lines)"));
+}
+
+// Pictures load from files, clear with "(None)", keep their picture when their own text is
+// written back, and come from the picture dialog.
+void tst_PropEditsTypes::pictures()
+{
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString file = dir.filePath(QStringLiteral("red.png"));
+    QImage red(12, 8, QImage::Format_ARGB32);
+    red.fill(Qt::red);
+    QVERIFY(red.save(file));
+
+    TPictureHolder holder;
+    TCountingDesigner designer;
+    const TEditors editors = EditorsOf({&holder}, &designer, TTypeKinds::Properties());
+    TPropertyEditor *pixmap = Find(editors, QStringLiteral("pixmap"));
+    TPropertyEditor *image = Find(editors, QStringLiteral("image"));
+    TPropertyEditor *icon = Find(editors, QStringLiteral("icon"));
+    QVERIFY(pixmap && image && icon);
+    QCOMPARE(pixmap->GetValue(), QStringLiteral("(None)"));
+    QCOMPARE(pixmap->GetAttributes(), paMultiSelect | paRevertable | paDialog);
+
+    pixmap->SetValue(file);
+    image->SetValue(file);
+    icon->SetValue(file);
+    QCOMPARE(holder.m_pixmap.size(), QSize(12, 8));
+    QCOMPARE(holder.m_image.pixelColor(0, 0), QColor(Qt::red));
+    QVERIFY(!holder.m_icon.isNull());
+    QCOMPARE(pixmap->GetValue(), QStringLiteral("(QPixmap 12 x 8)"));
+    QCOMPARE(image->GetValue(), QStringLiteral("(QImage 12 x 8)"));
+    QCOMPARE(icon->GetValue(), QStringLiteral("(QIcon)"));
+    QCOMPARE(designer.ModifiedCount, 3);
+
+    // Its own text is no file name: the picture stays, nothing is written.
+    const qint64 key = holder.m_pixmap.cacheKey();
+    pixmap->SetValue(pixmap->GetValue());
+    QCOMPARE(holder.m_pixmap.cacheKey(), key);
+    QCOMPARE(designer.ModifiedCount, 3);
+
+    const QString missing = dir.filePath(QStringLiteral("missing.png"));
+    QCOMPARE(RaisedBy(*pixmap, missing), QStringLiteral("'%1' is not a valid picture value").arg(missing));
+    QCOMPARE(holder.m_pixmap.cacheKey(), key);
+
+    // Two objects share a picture only when it is the same one.
+    TPictureHolder other;
+    other.m_pixmap = holder.m_pixmap;
+    TEditorPtr both = EditorFor({&holder, &other}, QStringLiteral("pixmap"));
+    QVERIFY(both->AllEqual());
+    other.m_pixmap = QPixmap(12, 8);
+    QVERIFY(!both->AllEqual());
+
+    pixmap->SetValue(QStringLiteral("(None)"));
+    icon->SetValue(QString());
+    QVERIFY(holder.m_pixmap.isNull());
+    QVERIFY(holder.m_icon.isNull());
+
+    // The dialog: cancelled changes nothing, confirmed loads the file chosen.
+    QString chosen;
+    const auto previous = SetPictureDialogHook([&chosen](QString &FileName) {
+        FileName = chosen;
+        return !chosen.isEmpty();
+    });
+    image->SetValue(QString());
+    image->Edit();
+    QVERIFY(holder.m_image.isNull());
+    chosen = file;
+    image->Edit();
+    QCOMPARE(holder.m_image.size(), QSize(12, 8));
+    SetPictureDialogHook(previous);
 }
 
 QTEST_MAIN(tst_PropEditsTypes)
