@@ -54,13 +54,6 @@ bool TClassItems::IsIconClass(const QMetaObject *Class) const
 
 namespace {
 
-std::unique_ptr<TClassItems> &ClassItemsHolder()
-{
-    static std::unique_ptr<TClassItems> holder =
-        (detail::PrepareRegistryHolder(), std::unique_ptr<TClassItems>());
-    return holder;
-}
-
 void AddCategory(const QList<const QMetaObject *> &Classes, TClassItemCats Cats)
 {
     TClassItems &items = ClassItems();
@@ -72,15 +65,12 @@ void AddCategory(const QList<const QMetaObject *> &Classes, TClassItemCats Cats)
 
 TClassItems &ClassItems()
 {
-    std::unique_ptr<TClassItems> &holder = ClassItemsHolder();
-    if (!holder)
-        holder = std::make_unique<TClassItems>();
-    return *holder;
+    return detail::LazyRegistry<TClassItems>();
 }
 
 void FinalizeClassItems()
 {
-    ClassItemsHolder().reset();
+    detail::RegistryHolder<TClassItems>().reset();
 }
 
 bool IsIconClass(const QMetaObject *Class)

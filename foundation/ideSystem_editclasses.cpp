@@ -22,19 +22,9 @@ struct TEditClassRegistries
     TEditSourceClasses sources;
 };
 
-std::unique_ptr<TEditClassRegistries> &RegistriesHolder()
-{
-    static std::unique_ptr<TEditClassRegistries> holder =
-        (detail::PrepareRegistryHolder(), std::unique_ptr<TEditClassRegistries>());
-    return holder;
-}
-
 TEditClassRegistries &Registries()
 {
-    std::unique_ptr<TEditClassRegistries> &holder = RegistriesHolder();
-    if (!holder)
-        holder = std::make_unique<TEditClassRegistries>();
-    return *holder;
+    return detail::LazyRegistry<TEditClassRegistries>();
 }
 
 void CheckClass(const QMetaObject *Class, const char *Routine)
@@ -96,7 +86,7 @@ TEditSourceClasses &EditSourceClasses()
 
 void FinalizeEditClasses()
 {
-    RegistriesHolder().reset();
+    detail::RegistryHolder<TEditClassRegistries>().reset();
 }
 
 TPopupClassInfo *RegisterPopupClass(QMetaType PropertyType, const QMetaObject *ComponentClass,

@@ -393,28 +393,14 @@ void TObjectParamList::Dispatch(TMessage &Message)
 // ---------------------------------------------------------------------------------------
 // The process-wide registry
 
-namespace {
-
-std::unique_ptr<TObjectParamList> &ListHolder()
-{
-    static std::unique_ptr<TObjectParamList> holder =
-        (detail::PrepareRegistryHolder(), std::unique_ptr<TObjectParamList>());
-    return holder;
-}
-
-} // namespace
-
 TObjectParamList &ObjectParamList()
 {
-    std::unique_ptr<TObjectParamList> &holder = ListHolder();
-    if (!holder)
-        holder = std::make_unique<TObjectParamList>();
-    return *holder;
+    return detail::LazyRegistry<TObjectParamList>();
 }
 
 void FinalizeObjectParamList()
 {
-    ListHolder().reset();
+    detail::RegistryHolder<TObjectParamList>().reset();
 }
 
 TObjectParamListItem *RegisterClassExt(const QMetaObject *Class, const TObjectParams &Params)

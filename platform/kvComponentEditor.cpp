@@ -183,36 +183,21 @@ private:
     std::vector<TRegistration> m_entries;
 };
 
-std::unique_ptr<TComponentEditorRegistry> &RegistryHolder()
-{
-    static std::unique_ptr<TComponentEditorRegistry> holder =
-        (detail::PrepareRegistryHolder(), std::unique_ptr<TComponentEditorRegistry>());
-    return holder;
-}
-
-TComponentEditorRegistry &Registry()
-{
-    std::unique_ptr<TComponentEditorRegistry> &holder = RegistryHolder();
-    if (!holder)
-        holder = std::make_unique<TComponentEditorRegistry>();
-    return *holder;
-}
-
 } // namespace
 
 void RegisterComponentEditor(const QMetaObject *ComponentClass, TComponentEditorClass Editor)
 {
     if (!ComponentClass || !Editor)
         throw Exception(LoadStr(SErrNilRegistration).arg(QStringLiteral("RegisterComponentEditor")));
-    Registry().Add(ComponentClass, Editor);
+    detail::LazyRegistry<TComponentEditorRegistry>().Add(ComponentClass, Editor);
 }
 
 std::unique_ptr<TComponentEditor> GetComponentEditor(QObject *Component, IFormDesigner *Designer)
 {
     if (!Component)
         return nullptr;
-    const TComponentEditorClass editor =
-        RegistryHolder() ? RegistryHolder()->Find(Component->metaObject()) : nullptr;
+    const auto &registry = detail::RegistryHolder<TComponentEditorRegistry>();
+    const TComponentEditorClass editor = registry ? registry->Find(Component->metaObject()) : nullptr;
     if (editor)
         return editor(Component, Designer);
     return std::make_unique<TDefaultEditor>(Component, Designer);
@@ -220,7 +205,7 @@ std::unique_ptr<TComponentEditor> GetComponentEditor(QObject *Component, IFormDe
 
 void FinalizeComponentEditors()
 {
-    RegistryHolder().reset();
+    detail::RegistryHolder<TComponentEditorRegistry>().reset();
 }
 
 } // namespace kv

@@ -26,27 +26,11 @@ namespace kv {
 
 namespace {
 
-TFontDialogHook &FontDialogHook()
+// Each hook type has one slot.
+template <typename THook>
+THook &HookOf()
 {
-    static TFontDialogHook hook;
-    return hook;
-}
-
-TColorDialogHook &ColorDialogHook()
-{
-    static TColorDialogHook hook;
-    return hook;
-}
-
-TStringListDialogHook &StringListDialogHook()
-{
-    static TStringListDialogHook hook;
-    return hook;
-}
-
-TPictureDialogHook &PictureDialogHook()
-{
-    static TPictureDialogHook hook;
+    static THook hook;
     return hook;
 }
 
@@ -128,27 +112,27 @@ bool ExecuteDefaultStringListDialog(QStringList &Lines, const QString &Caption)
 
 TFontDialogHook SetFontDialogHook(TFontDialogHook Hook)
 {
-    return std::exchange(FontDialogHook(), std::move(Hook));
+    return std::exchange(HookOf<TFontDialogHook>(), std::move(Hook));
 }
 
 TColorDialogHook SetColorDialogHook(TColorDialogHook Hook)
 {
-    return std::exchange(ColorDialogHook(), std::move(Hook));
+    return std::exchange(HookOf<TColorDialogHook>(), std::move(Hook));
 }
 
 TStringListDialogHook SetStringListDialogHook(TStringListDialogHook Hook)
 {
-    return std::exchange(StringListDialogHook(), std::move(Hook));
+    return std::exchange(HookOf<TStringListDialogHook>(), std::move(Hook));
 }
 
 TPictureDialogHook SetPictureDialogHook(TPictureDialogHook Hook)
 {
-    return std::exchange(PictureDialogHook(), std::move(Hook));
+    return std::exchange(HookOf<TPictureDialogHook>(), std::move(Hook));
 }
 
 bool ExecuteFontDialog(QFont &Font)
 {
-    if (const TFontDialogHook &hook = FontDialogHook())
+    if (const TFontDialogHook &hook = HookOf<TFontDialogHook>())
         return hook(Font);
     if (!CanShowDialogs())
         return false;
@@ -161,7 +145,7 @@ bool ExecuteFontDialog(QFont &Font)
 
 bool ExecuteColorDialog(QColor &Color)
 {
-    if (const TColorDialogHook &hook = ColorDialogHook())
+    if (const TColorDialogHook &hook = HookOf<TColorDialogHook>())
         return hook(Color);
     if (!CanShowDialogs())
         return false;
@@ -176,14 +160,14 @@ bool ExecuteColorDialog(QColor &Color)
 
 bool ExecuteStringListDialog(QStringList &Lines, const QString &Caption)
 {
-    if (const TStringListDialogHook &hook = StringListDialogHook())
+    if (const TStringListDialogHook &hook = HookOf<TStringListDialogHook>())
         return hook(Lines, Caption);
     return ExecuteDefaultStringListDialog(Lines, Caption);
 }
 
 bool ExecutePictureDialog(QString &FileName)
 {
-    if (const TPictureDialogHook &hook = PictureDialogHook())
+    if (const TPictureDialogHook &hook = HookOf<TPictureDialogHook>())
         return hook(FileName);
     if (!CanShowDialogs())
         return false;

@@ -98,7 +98,7 @@ void TMethodProperty::SetValue(const QString &Value)
     }
 
     // The text shown committed unchanged, "Other.slot" included: nothing to do.
-    if (AllEqual() && text == GetValue())
+    if (ShowsAlready(text))
         return;
 
     QObject *root = HandlerRoot();

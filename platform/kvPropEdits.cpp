@@ -10,7 +10,6 @@
 #include <QLocale>
 #include <QObject>
 
-#include <charconv>
 #include <limits>
 
 namespace kv {
@@ -84,14 +83,6 @@ qint64 ParseOrdinal(const TPropertyEditor &Editor, const QString &Text, const QS
 QString KindWord(PTypeInfo Type)
 {
     return Type->MetaType.id() == QMetaType::Bool ? QStringLiteral("Boolean") : Type->Name;
-}
-
-template <typename T>
-QString ShortestText(T Value)
-{
-    char buffer[64];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, Value);
-    return QString::fromLatin1(buffer, result.ptr - buffer);
 }
 
 } // namespace
@@ -216,8 +207,8 @@ QString TFloatProperty::GetValue() const
     if (!value.isValid())
         return {};
     if (value.metaType().id() == QMetaType::Float)
-        return ShortestText(value.toFloat());
-    return ShortestText(value.toDouble());
+        return FloatText(value.toFloat());
+    return FloatText(value.toDouble());
 }
 
 void TFloatProperty::SetValue(const QString &Value)
@@ -375,22 +366,14 @@ void TSetElementProperty::SetValue(const QString &Value)
         on = true;
     else if (text.compare(QLatin1String("False"), Qt::CaseInsensitive) != 0)
         RaiseInvalidValue(Value, QStringLiteral("Boolean"));
-    if (!GetPropInfo()->IsWritable())
-        throw Exception(LoadStr(SErrReadOnlyProperty).arg(GetName()));
     // Each object keeps its other elements.
     const QMetaType type = GetPropType()->MetaType;
-    for (int i = 0; i < PropCount(); ++i) {
-        QObject *object = GetComponent(i);
-        if (!object)
-            continue;
-        const quint64 bits = quint64(GetOrdValueAt(i));
-        const quint64 changed = on ? (bits | quint64(m_element.Value)) : (bits & ~quint64(m_element.Value));
-        if (changed == bits)
-            continue;
-        if (!GetPropInfo(i)->Write(object, VariantOfOrdinal(type, qint64(changed))))
-            throw Exception(LoadStr(SErrBadPropValue).arg(Value, GetName()));
-    }
-    Modified();
+    const quint64 element = quint64(m_element.Value);
+    WriteEach([&](QObject *, const QVariant &Current) {
+        const quint64 bits = quint64(OrdinalOf(Current));
+        const quint64 changed = on ? (bits | element) : (bits & ~element);
+        return changed == bits ? QVariant() : VariantOfOrdinal(type, qint64(changed));
+    });
 }
 
 bool TSetElementProperty::AllEqual() const
@@ -419,7 +402,7 @@ QString TClassProperty::GetValue() const
 void TClassProperty::SetValue(const QString &Value)
 {
     // An object can't be typed; its own text changes nothing.
-    if (Value != GetValue())
+    if (!ShowsAlready(Value))
         throw Exception(LoadStr(SInvalidPropertyValue));
 }
 
@@ -489,7 +472,7 @@ void TComponentProperty::SetValue(const QString &Value)
         SetObjValue(nullptr);
         return;
     }
-    if (text == GetValue() && AllEqual())
+    if (ShowsAlready(text))
         return;
     QObject *found = nullptr;
     IFormDesigner *designer = Designer();
@@ -516,7 +499,7 @@ QString TVariantProperty::GetValue() const
 void TVariantProperty::SetValue(const QString &Value)
 {
     const QVariant current = GetVarValue();
-    if (Value == current.toString() && AllEqual())
+    if (ShowsAlready(Value))
         return;
     // The value keeps its type where the text converts to it.
     QVariant value(Value);
@@ -544,7 +527,7 @@ QString TUnknownProperty::GetValue() const
 
 void TUnknownProperty::SetValue(const QString &Value)
 {
-    if (Value != GetValue())
+    if (!ShowsAlready(Value))
         throw Exception(LoadStr(SErrReadOnlyProperty).arg(GetName()));
 }
 

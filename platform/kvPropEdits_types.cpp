@@ -41,41 +41,6 @@ namespace kv {
 
 namespace {
 
-// Writes into every living object the value that ValueFor makes of that object's current
-// value, then tells the designer once. For values that depend on the object: a system
-// colour resolved through its palette, a date and time kept in its time spec, a size
-// policy keeping the parts that its text does not show.
-void WriteEach(TPropertyEditor &Editor, const std::function<QVariant(QObject *Object, const QVariant &Current)> &ValueFor)
-{
-    if (!Editor.GetPropInfo()->IsWritable())
-        throw Exception(LoadStr(SErrReadOnlyProperty).arg(Editor.GetName()));
-    for (int i = 0; i < Editor.PropCount(); ++i) {
-        QObject *object = Editor.GetComponent(i);
-        if (!object)
-            continue;
-        const QVariant value = ValueFor(object, Editor.GetVarValueAt(i));
-        if (!Editor.GetPropInfo(i)->Write(object, value))
-            throw Exception(LoadStr(SErrBadPropValue).arg(value.toString(), Editor.GetName()));
-    }
-    Editor.Modified();
-}
-
-// Whether every living object shows the same text.
-bool AllTextsEqual(const TPropertyEditor &Editor, const std::function<QString(const QVariant &)> &TextOf)
-{
-    std::optional<QString> first;
-    for (int i = 0; i < Editor.PropCount(); ++i) {
-        if (!Editor.GetComponent(i))
-            continue;
-        const QString text = TextOf(Editor.GetVarValueAt(i));
-        if (!first)
-            first = text;
-        else if (text != *first)
-            return false;
-    }
-    return true;
-}
-
 // Dialogs are offered only where the value can be written.
 TPropertyAttributes WithDialog(TPropertyAttributes Attributes)
 {
@@ -322,16 +287,6 @@ QDateTime DateTimeLike(const TDateAndTime &Value, const QDateTime &Current)
 
 // Value classes -------------------------------------------------------------------------------
 
-// Whole numbers in decimal; fractions in the shortest text that reads back as the same double.
-QString RealText(double Value)
-{
-    if (std::isfinite(Value) && Value == std::trunc(Value) && std::abs(Value) < 1e15) {
-        const QString digits = QString::number(qint64(std::abs(Value)));
-        return std::signbit(Value) ? QLatin1Char('-') + digits : digits;
-    }
-    return QString::number(Value, 'g', QLocale::FloatingPointShortest);
-}
-
 QMetaEnum SizePolicies()
 {
     const QMetaObject &meta = QSizePolicy::staticMetaObject;
@@ -368,7 +323,7 @@ QString ValueClassText(const QVariant &Value)
     }
     case QMetaType::QSizeF: {
         const QSizeF size = Value.toSizeF();
-        return RealText(size.width()) + QLatin1String(" x ") + RealText(size.height());
+        return FloatText(size.width()) + QLatin1String(" x ") + FloatText(size.height());
     }
     case QMetaType::QPoint: {
         const QPoint point = Value.toPoint();
@@ -377,7 +332,7 @@ QString ValueClassText(const QVariant &Value)
     }
     case QMetaType::QPointF: {
         const QPointF point = Value.toPointF();
-        return QLatin1Char('(') + RealText(point.x()) + QLatin1String(", ") + RealText(point.y()) + QLatin1Char(')');
+        return QLatin1Char('(') + FloatText(point.x()) + QLatin1String(", ") + FloatText(point.y()) + QLatin1Char(')');
     }
     case QMetaType::QRect: {
         const QRect rect = Value.toRect();
@@ -387,8 +342,8 @@ QString ValueClassText(const QVariant &Value)
     }
     case QMetaType::QRectF: {
         const QRectF rect = Value.toRectF();
-        return QLatin1String("[(") + RealText(rect.x()) + QLatin1String(", ") + RealText(rect.y())
-               + QLatin1String("), ") + RealText(rect.width()) + QLatin1String(" x ") + RealText(rect.height())
+        return QLatin1String("[(") + FloatText(rect.x()) + QLatin1String(", ") + FloatText(rect.y())
+               + QLatin1String("), ") + FloatText(rect.width()) + QLatin1String(" x ") + FloatText(rect.height())
                + QLatin1Char(']');
     }
     case QMetaType::QSizePolicy: {
@@ -409,8 +364,8 @@ QString ValueClassText(const QVariant &Value)
     }
     if (Value.metaType() == QMetaType::fromType<QMarginsF>()) {
         const QMarginsF margins = Value.value<QMarginsF>();
-        return QLatin1Char('[') + RealText(margins.left()) + QLatin1String(", ") + RealText(margins.top())
-               + QLatin1String(", ") + RealText(margins.right()) + QLatin1String(", ") + RealText(margins.bottom())
+        return QLatin1Char('[') + FloatText(margins.left()) + QLatin1String(", ") + FloatText(margins.top())
+               + QLatin1String(", ") + FloatText(margins.right()) + QLatin1String(", ") + FloatText(margins.bottom())
                + QLatin1Char(']');
     }
     return {};
@@ -873,7 +828,7 @@ TPropertyAttributes TColorProperty::GetAttributes() const
 bool TColorProperty::AllEqual() const
 {
     PTypeInfo type = GetPropType();
-    return AllTextsEqual(*this, [type](const QVariant &value) { return ColorValueText(type, value); });
+    return AllValuesEqual([this, type](int Index) { return ColorValueText(type, GetVarValueAt(Index)); });
 }
 
 QString TColorProperty::GetValue() const
@@ -898,7 +853,7 @@ void TColorProperty::SetValue(const QString &Value)
     if (color) {
         // A system colour is the colour it has in each object's own palette.
         const TColor platformColor = *color;
-        WriteEach(*this, [platformColor](QObject *object, const QVariant &) {
+        WriteEach([platformColor](QObject *object, const QVariant &) {
             return QVariant(ColorToQColor(platformColor, PaletteOf(object)));
         });
         return;
@@ -985,7 +940,7 @@ TPropertyAttributes TCursorProperty::GetAttributes() const
 
 bool TCursorProperty::AllEqual() const
 {
-    return AllTextsEqual(*this, CursorText);
+    return AllValuesEqual([this](int Index) { return CursorText(GetVarValueAt(Index)); });
 }
 
 QString TCursorProperty::GetValue() const
@@ -1006,7 +961,7 @@ void TCursorProperty::SetValue(const QString &Value)
 {
     const QString text = Value.trimmed();
     // The text of a bitmap cursor written back changes nothing.
-    if (text == GetValue() && AllEqual())
+    if (ShowsAlready(text))
         return;
     const QMetaEnum shapes = CursorShapes();
     for (int i = 0; i < shapes.keyCount(); ++i) {
@@ -1027,7 +982,7 @@ TPropertyAttributes TShortCutProperty::GetAttributes() const
 
 bool TShortCutProperty::AllEqual() const
 {
-    return AllTextsEqual(*this, ShortCutText);
+    return AllValuesEqual([this](int Index) { return ShortCutText(GetVarValueAt(Index)); });
 }
 
 QString TShortCutProperty::GetValue() const
@@ -1089,7 +1044,7 @@ void TTimeProperty::SetValue(const QString &Value)
 
 bool TDateTimeProperty::AllEqual() const
 {
-    return AllTextsEqual(*this, [](const QVariant &value) { return DateTimeText(value.toDateTime()); });
+    return AllValuesEqual([this](int Index) { return DateTimeText(GetVarValueAt(Index).toDateTime()); });
 }
 
 QString TDateTimeProperty::GetValue() const
@@ -1107,7 +1062,7 @@ void TDateTimeProperty::SetValue(const QString &Value)
     if (!dateTime)
         RaiseInvalidValue(Value, LoadStr(SKindDateTime));
     const TDateAndTime parsed = *dateTime;
-    WriteEach(*this, [parsed](QObject *, const QVariant &current) {
+    WriteEach([parsed](QObject *, const QVariant &current) {
         return QVariant(DateTimeLike(parsed, current.toDateTime()));
     });
 }
@@ -1180,7 +1135,7 @@ void TValueClassProperty::SetValue(const QString &Value)
     }
     // Each object keeps what the text does not show (height for width and the like).
     const TPolicyText policyText = *parsed;
-    WriteEach(*this, [policyText](QObject *, const QVariant &current) {
+    WriteEach([policyText](QObject *, const QVariant &current) {
         QSizePolicy policy = current.value<QSizePolicy>();
         policy.setHorizontalPolicy(policyText.Horizontal);
         policy.setVerticalPolicy(policyText.Vertical);
@@ -1306,7 +1261,7 @@ void TPictureProperty::SetValue(const QString &Value)
 {
     const QString text = Value.trimmed();
     // Its own text written back keeps the picture.
-    if (text == GetValue() && AllEqual())
+    if (ShowsAlready(text))
         return;
     const QMetaType type = GetPropType()->MetaType;
     if (text.isEmpty() || text == LoadStr(SNoPicture)) {

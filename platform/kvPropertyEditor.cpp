@@ -7,6 +7,8 @@
 
 #include <QObject>
 
+#include <charconv>
+#include <cmath>
 #include <cstring>
 
 namespace kv {
@@ -134,6 +136,32 @@ QVariant VariantOfOrdinal(QMetaType Type, qint64 Ordinal)
         return raw;
     }
     return QVariant(qlonglong(Ordinal));
+}
+
+namespace {
+
+template <typename T>
+QString NumberText(T Value)
+{
+    if (std::isfinite(Value) && Value == std::trunc(Value) && std::abs(Value) < T(1e15)) {
+        const QString digits = QString::number(qint64(std::abs(Value)));
+        return std::signbit(Value) ? QLatin1Char('-') + digits : digits;
+    }
+    char buffer[64];
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, Value);
+    return QString::fromLatin1(buffer, result.ptr - buffer);
+}
+
+} // namespace
+
+QString FloatText(double Value)
+{
+    return NumberText(Value);
+}
+
+QString FloatText(float Value)
+{
+    return NumberText(Value);
 }
 
 TPropertyEditor::TPropertyEditor(TEditorInit Init)
@@ -339,21 +367,18 @@ void TPropertyEditor::GetPartProperties(const QList<TValuePart> &Parts, const TG
     }
 }
 
-bool TPropertyEditor::HoldsAlready(const TPropInfo &Info, const QObject *Object, const QVariant &Value)
+bool TPropertyEditor::HoldsAlready(PTypeInfo Type, const QVariant &Current, const QVariant &Value)
 {
-    const QMetaType type = Info.PropType()->MetaType;
-    if (!type.isValid() || !type.isEqualityComparable())
-        return false;
-    const QVariant current = Info.Read(Object);
-    if (current.metaType() != type)
+    const QMetaType type = Type->MetaType;
+    if (!type.isValid() || !type.isEqualityComparable() || Current.metaType() != type)
         return false;
     QVariant converted = Value;
     if (converted.metaType() != type && !converted.convert(type))
         return false;
-    return current == converted;
+    return Current == converted;
 }
 
-void TPropertyEditor::WriteAll(const QVariant &Value)
+void TPropertyEditor::WriteEach(const std::function<QVariant(QObject *Object, const QVariant &Current)> &ValueFor)
 {
     if (!m_info->IsWritable())
         throw Exception(LoadStr(SErrReadOnlyProperty).arg(GetName()));
@@ -362,14 +387,21 @@ void TPropertyEditor::WriteAll(const QVariant &Value)
         if (!object)
             continue;
         const TPropInfo &info = *GetPropInfo(i);
+        const QVariant current = info.Read(object);
+        const QVariant value = ValueFor(object, current);
         // Writing what an object holds can still do something (a text edit forgets its undo
         // history, a spin box fills in its text): leave such objects alone.
-        if (HoldsAlready(info, object, Value))
+        if (!value.isValid() || HoldsAlready(info.PropType(), current, value))
             continue;
-        if (!info.Write(object, Value))
-            throw Exception(LoadStr(SErrBadPropValue).arg(Value.toString(), GetName()));
+        if (!info.Write(object, value))
+            throw Exception(LoadStr(SErrBadPropValue).arg(value.toString(), GetName()));
     }
     Modified();
+}
+
+void TPropertyEditor::WriteAll(const QVariant &Value)
+{
+    WriteEach([&Value](QObject *, const QVariant &) { return Value; });
 }
 
 } // namespace kv

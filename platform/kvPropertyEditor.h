@@ -174,8 +174,16 @@ protected:
         }
         return true;
     }
-    // Whether Object already holds Value (as Info's type; false where Qt can't compare).
-    static bool HoldsAlready(const TPropInfo &Info, const QObject *Object, const QVariant &Value);
+    // Whether Text is what every object shows: an editor whose values can't be typed (an
+    // object, a bitmap cursor, a picture) takes its own text back as no change.
+    bool ShowsAlready(const QString &Text) const { return Text == GetValue() && AllEqual(); }
+    // Whether Current, a value of Type, equals Value (false where Qt can't compare them).
+    static bool HoldsAlready(PTypeInfo Type, const QVariant &Current, const QVariant &Value);
+    // Writes into every living object the value that ValueFor makes of it and of its current
+    // value, for values that depend on the object (a colour through its palette, a bit of a
+    // set). An invalid value leaves that object alone, and so does one it already holds.
+    // Then Modified(). Raises for a read-only property or a value an object refuses.
+    void WriteEach(const std::function<QVariant(QObject *Object, const QVariant &Current)> &ValueFor);
     // Raises kv::Exception: "'Text' is not a valid Kind value".
     [[noreturn]] void RaiseInvalidValue(const QString &Text, const QString &Kind) const;
     // Editors of the sub-properties for the parts of a value-class property.
@@ -186,8 +194,7 @@ protected:
     TEditorInit SameInit() const { return TEditorInit{m_context, m_info, m_infos}; }
 
 private:
-    // Writes Value (of the property's type where it converts) into every object that does not
-    // hold it yet.
+    // WriteEach with one value for every object.
     void WriteAll(const QVariant &Value);
 
     TEditorContextPtr m_context;
@@ -199,5 +206,9 @@ private:
 qint64 OrdinalOf(const QVariant &Value);
 // The variant of Type that holds Ordinal.
 QVariant VariantOfOrdinal(QMetaType Type, qint64 Ordinal);
+// A number as property text: a whole number in decimal, any other in the shortest text that
+// reads back as the same number of its type ("." as the decimal point).
+QString FloatText(double Value);
+QString FloatText(float Value);
 
 } // namespace kv

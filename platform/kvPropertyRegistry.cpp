@@ -2,6 +2,7 @@
 
 #include "foundation/ideConsts.h"
 #include "foundation/ideSystem_inotifier.h"
+#include "foundation/ideSystem_registryholder_p.h"
 #include "platform/kvEditorGroups.h"
 #include "platform/kvException.h"
 #include "platform/kvMethodProperty.h"
@@ -234,18 +235,9 @@ private:
     bool m_builtIn = false;
 };
 
-std::unique_ptr<TPropertyRegistry> &RegistryHolder()
-{
-    // The registry leaves the editor groups when it goes; the groups are made first so that
-    // they are destroyed after it at exit.
-    [[maybe_unused]] static const int groupsFirst = CurrentGroup();
-    static std::unique_ptr<TPropertyRegistry> registry;
-    return registry;
-}
-
 TPropertyRegistry &Registry()
 {
-    std::unique_ptr<TPropertyRegistry> &registry = RegistryHolder();
+    std::unique_ptr<TPropertyRegistry> &registry = detail::RegistryHolder<TPropertyRegistry>();
     if (!registry) {
         registry = std::make_unique<TPropertyRegistry>();
         registry->RegisterBuiltIns();
@@ -381,7 +373,7 @@ void GetComponentProperties(const QList<QObject *> &Selection, TTypeKinds Filter
 
 void FinalizePropertyEditors()
 {
-    RegistryHolder().reset();
+    detail::RegistryHolder<TPropertyRegistry>().reset();
     ClearClassPropInfos();
 }
 
