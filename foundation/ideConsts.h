@@ -10,6 +10,10 @@ namespace kv {
 
 QString LoadStr(const char *message);
 
+// Raises kv::Exception (SListIndexError) unless 0 <= Index < Count: the one index check of
+// the library's lists.
+void CheckListIndex(qsizetype Index, qsizetype Count);
+
 // Add-in
 inline constexpr char SVerbIdeInspector[] = "Korvo IDE Inspector";
 inline constexpr char SErrMenuGone[] = "The menu of \"%1\" no longer exists";

@@ -255,8 +255,7 @@ void TCustomSortedList::SetSorted(bool Value)
 
 void TCustomSortedList::CheckIndex(qsizetype Index) const
 {
-    if (Index < 0 || Index >= m_items.size())
-        RaiseListError(SListIndexError, Index);
+    CheckListIndex(Index, m_items.size());
 }
 
 TSortedList::~TSortedList() = default;

@@ -21,11 +21,6 @@ TCallPropEditProc CallPropEditProc = nullptr;
 
 namespace {
 
-bool IsFormObject(const QObject *Obj)
-{
-    return Obj && Obj->isWidgetType() && TScreen::IsForm(static_cast<const QWidget *>(Obj));
-}
-
 bool SameName(const QString &A, const QString &B)
 {
     return A.compare(B, Qt::CaseInsensitive) == 0;
@@ -173,7 +168,7 @@ QWidget *GetPForm(const QObject *Obj)
         }
     }
     for (const QObject *obj = Obj; obj; obj = GetOwner(obj)) {
-        if (IsFormObject(obj))
+        if (TScreen::IsFormObject(obj))
             return const_cast<QWidget *>(static_cast<const QWidget *>(obj));
     }
     return nullptr;

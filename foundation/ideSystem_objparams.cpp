@@ -275,8 +275,7 @@ qsizetype TObjectParamList::Count() const
 
 TObjectParamListItem *TObjectParamList::Items(qsizetype Index) const
 {
-    if (Index < 0 || Index >= Count())
-        throw Exception(LoadStr(SListIndexError).arg(Index));
+    CheckListIndex(Index, Count());
     return d->items[size_t(Index)].get();
 }
 

@@ -38,8 +38,7 @@ qsizetype TOptionExtList::Count() const
 
 TOptionExt *TOptionExtList::Items(qsizetype Index) const
 {
-    if (Index < 0 || Index >= Count())
-        throw Exception(LoadStr(SListIndexError).arg(Index));
+    CheckListIndex(Index, Count());
     return d->options[size_t(Index)].get();
 }
 

@@ -17,11 +17,7 @@ public:
     TPackagedItemClass itemClass = nullptr;
     std::vector<TItemPtr> items;
 
-    void CheckIndex(qsizetype index) const
-    {
-        if (index < 0 || index >= qsizetype(items.size()))
-            throw Exception(LoadStr(SListIndexError).arg(index));
-    }
+    void CheckIndex(qsizetype index) const { CheckListIndex(index, qsizetype(items.size())); }
 
     // Takes the entries out, from the last, and frees them once the list is consistent:
     // freeing tells free-notification handlers, which may look at the collection.

@@ -12,11 +12,6 @@ namespace kv {
 
 namespace {
 
-bool IsFormObject(const QObject *Obj)
-{
-    return Obj->isWidgetType() && TScreen::IsForm(static_cast<const QWidget *>(Obj));
-}
-
 const QObject *TopAncestor(const QObject *Obj)
 {
     while (Obj->parent())
@@ -46,7 +41,7 @@ bool IsRoot(const QObject *Obj)
 {
     if (!Obj)
         return false;
-    return Obj == QCoreApplication::instance() || IsFormObject(Obj) || Screen().IsDataModule(Obj);
+    return Obj == QCoreApplication::instance() || TScreen::IsFormObject(Obj) || Screen().IsDataModule(Obj);
 }
 
 QObject *GetOwner(const QObject *Obj)

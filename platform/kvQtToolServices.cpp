@@ -58,8 +58,7 @@ public:
         if (!m_container)
             return nullptr;
         const QList<QAction *> actions = m_container->actions();
-        if (Index < 0 || Index >= actions.size())
-            throw Exception::Fmt(SListIndexError, Index);
+        CheckListIndex(Index, actions.size());
         return ForAction(actions.at(Index));
     }
 

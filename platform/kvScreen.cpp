@@ -27,12 +27,6 @@ bool ContainsObject(const QList<QPointer<T>> &list, const QObject *obj)
     return std::any_of(list.cbegin(), list.cend(), [obj](const QPointer<T> &p) { return p.data() == obj; });
 }
 
-void CheckIndex(int index, qsizetype count)
-{
-    if (index < 0 || index >= count)
-        throw Exception(LoadStr(SListIndexError).arg(index));
-}
-
 } // namespace
 
 // Sees every widget as it is created or changes its parent. Only the type of the event is
@@ -71,6 +65,11 @@ TScreen::TScreen()
 TScreen::~TScreen()
 {
     delete m_watcher.data();
+}
+
+bool TScreen::IsFormObject(const QObject *Obj)
+{
+    return Obj && Obj->isWidgetType() && IsForm(static_cast<const QWidget *>(Obj));
 }
 
 bool TScreen::IsForm(const QWidget *Widget)
@@ -165,7 +164,7 @@ int TScreen::FormCount()
 QWidget *TScreen::Forms(int Index)
 {
     Sync();
-    CheckIndex(Index, m_forms.size());
+    CheckListIndex(Index, m_forms.size());
     return m_forms.at(Index).data();
 }
 
@@ -186,7 +185,7 @@ int TScreen::DataModuleCount() const
 
 QObject *TScreen::DataModules(int Index) const
 {
-    CheckIndex(Index, m_dataModules.size());
+    CheckListIndex(Index, m_dataModules.size());
     return m_dataModules.at(Index).data();
 }
 

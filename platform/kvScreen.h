@@ -59,6 +59,8 @@ public:
 
     // Whether Widget is a form by kind (see above); false for null.
     static bool IsForm(const QWidget *Widget);
+    // The same for any object: false for null and for objects that are not widgets.
+    static bool IsFormObject(const QObject *Obj);
 
 Q_SIGNALS:
     // A form or data module joined or left the lists. Emitted when the screen notices: a new
