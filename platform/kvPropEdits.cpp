@@ -80,6 +80,12 @@ qint64 ParseOrdinal(const TPropertyEditor &Editor, const QString &Text, const QS
     return value;
 }
 
+// "(ClassName)": an object that has no name to show.
+QString ClassText(const QObject *Object)
+{
+    return QLatin1Char('(') + QLatin1String(Object->metaObject()->className()) + QLatin1Char(')');
+}
+
 QString KindWord(PTypeInfo Type)
 {
     return Type->MetaType.id() == QMetaType::Bool ? QStringLiteral("Boolean") : Type->Name;
@@ -390,13 +396,11 @@ TPropertyAttributes TClassProperty::GetAttributes() const
 
 QString TClassProperty::GetValue() const
 {
-    PTypeInfo type = GetPropType();
-    if (type->ClassType) {
+    if (GetPropType()->ClassType) {
         const QObject *object = GetObjValue();
-        return object ? QLatin1Char('(') + QLatin1String(object->metaObject()->className()) + QLatin1Char(')')
-                      : QString();
+        return object ? ClassText(object) : QString();
     }
-    return QLatin1Char('(') + type->Name + QLatin1Char(')');
+    return TypeText();
 }
 
 void TClassProperty::SetValue(const QString &Value)
@@ -443,7 +447,7 @@ QString TComponentProperty::GetValue() const
         name = GetCompName(object);
     // An unnamed object still shows that there is one.
     if (name.isEmpty())
-        name = QLatin1Char('(') + QLatin1String(object->metaObject()->className()) + QLatin1Char(')');
+        name = ClassText(object);
     return name;
 }
 
@@ -522,7 +526,7 @@ QString TUnknownProperty::GetValue() const
     if (!value.isValid())
         return {};
     const QString text = value.canConvert<QString>() ? value.toString() : QString();
-    return text.isEmpty() ? QLatin1Char('(') + GetPropType()->Name + QLatin1Char(')') : text;
+    return text.isEmpty() ? TypeText() : text;
 }
 
 void TUnknownProperty::SetValue(const QString &Value)

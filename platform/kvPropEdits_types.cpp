@@ -1251,7 +1251,7 @@ QString TPictureProperty::GetValue() const
         size = value.value<QImage>().size();
         break;
     default:
-        return QLatin1Char('(') + GetPropType()->Name + QLatin1Char(')');
+        return TypeText();
     }
     return QLatin1Char('(') + GetPropType()->Name + QLatin1Char(' ') + QString::number(size.width())
            + QLatin1String(" x ") + QString::number(size.height()) + QLatin1Char(')');

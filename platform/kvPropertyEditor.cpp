@@ -202,6 +202,11 @@ QString TPropertyEditor::GetValue() const
         return {};
     if (value.canConvert<QString>())
         return value.toString();
+    return TypeText();
+}
+
+QString TPropertyEditor::TypeText() const
+{
     return QLatin1Char('(') + GetPropType()->Name + QLatin1Char(')');
 }
 

@@ -184,6 +184,8 @@ protected:
     // set). An invalid value leaves that object alone, and so does one it already holds.
     // Then Modified(). Raises for a read-only property or a value an object refuses.
     void WriteEach(const std::function<QVariant(QObject *Object, const QVariant &Current)> &ValueFor);
+    // "(TypeName)": the text of a value that has no text of its own.
+    QString TypeText() const;
     // Raises kv::Exception: "'Text' is not a valid Kind value".
     [[noreturn]] void RaiseInvalidValue(const QString &Text, const QString &Kind) const;
     // Editors of the sub-properties for the parts of a value-class property.
