@@ -1,9 +1,8 @@
 // The demo host: its command line, object trees and counts, the forms as an inspector sees
-// them (names, the Tools menu), their behaviour, objects deleted while it runs, and the
-// picture it takes.
+// them (names, the Tools menu), the data module and the options it keeps, objects deleted
+// while it runs, and the picture it takes.
 
 #include "hosts/demo/CatalogueForm.h"
-#include "hosts/demo/ColorSwatchButton.h"
 #include "hosts/demo/CustomersForm.h"
 #include "hosts/demo/DemoDataModule.h"
 #include "hosts/demo/DemoDataSet.h"
@@ -25,37 +24,24 @@
 #include <QAction>
 #include <QActionGroup>
 #include <QApplication>
-#include <QCheckBox>
 #include <QComboBox>
-#include <QDateEdit>
-#include <QDateTimeEdit>
-#include <QDoubleSpinBox>
-#include <QFontMetricsF>
-#include <QDialogButtonBox>
 #include <QFile>
 #include <QImageReader>
 #include <QKeySequenceEdit>
 #include <QLabel>
 #include <QLayout>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
-#include <QPlainTextEdit>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QSet>
 #include <QSettings>
-#include <QSignalSpy>
-#include <QSpinBox>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimeEdit>
 #include <QTimer>
 #include <QToolBar>
 #include <QTreeWidget>
@@ -125,20 +111,6 @@ QStringList UnnamedPlacedWidgets(const QWidget *window)
     return unnamed;
 }
 
-int VisibleLeaves(const QTreeWidget *tree)
-{
-    int count = 0;
-    for (QTreeWidgetItemIterator it(const_cast<QTreeWidget *>(tree), QTreeWidgetItemIterator::NotHidden); *it; ++it) {
-        if ((*it)->childCount() == 0 && !(*it)->isHidden()) {
-            bool ancestorsShown = true;
-            for (const QTreeWidgetItem *parent = (*it)->parent(); parent; parent = parent->parent())
-                ancestorsShown &= !parent->isHidden();
-            count += ancestorsShown ? 1 : 0;
-        }
-    }
-    return count;
-}
-
 void ProcessDeferredDeletes()
 {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -165,22 +137,10 @@ private Q_SLOTS:
     void countReachableObjects();
 
     void toolsMenuForAddIns();
-    void packageInsertsItsToolsItem();
     void formsAreNamedAsADesignerWould();
     void dataModuleHoldsNonVisualObjects();
     void holdsAFewThousandObjects();
 
-    void dataSetNavigationAndFields();
-    void connectionClosesAndOpensTables();
-    void itemsFilter();
-    void customersSearchAndNavigation();
-    void cataloguePlacesOrders();
-    void plannerShowsMonths();
-    void notesAreSavedAndOpened();
-    void optionsCancelRestoresValues();
-    void optionsShortcutMovesBetweenCommands();
-    void optionsAreKept();
-    void optionsReachTheForms();
 
     void objectsDeletedWhileRunning();
     void everyObjectThroughThePropertyEditors();
@@ -365,26 +325,6 @@ void TestDemoHost::toolsMenuForAddIns()
     QVERIFY(insert->actions().size() >= 3);
 }
 
-void TestDemoHost::packageInsertsItsToolsItem()
-{
-    DemoWorkspace workspace;
-    QMenu *tools = workspace.mainWindow()->toolsMenu();
-    const int before = int(tools->actions().size());
-    {
-        kv::TPackageHost host;
-        host.Load();
-        host.Register(workspace.mainWindow());
-        const QList<QAction *> items = tools->actions();
-        QCOMPARE(items.size(), before + 1);
-        QCOMPARE(items.at(before - 1)->objectName(), u"ToolsKorvoIDEInspector"_s);
-        QCOMPARE(items.at(before - 1)->text(), u"Korvo IDE Inspector"_s);
-        QCOMPARE(items.last()->objectName(), u"ToolsCustomizeItem"_s);
-        host.Unload();
-    }
-    // The windows outlive the package: the program goes on without the add-in's host.
-    QVERIFY(workspace.mainWindow());
-    QCOMPARE(tools->actions().last()->objectName(), u"ToolsCustomizeItem"_s);
-}
 
 void TestDemoHost::formsAreNamedAsADesignerWould()
 {
@@ -453,452 +393,16 @@ void TestDemoHost::holdsAFewThousandObjects()
     QVERIFY2(demo >= 2000, qPrintable(QString::number(demo)));
 }
 
-void TestDemoHost::dataSetNavigationAndFields()
-{
-    DemoDataSet set(u"PartsTable"_s);
-    set.addField(u"PartNo"_s, u"Part"_s, u"String"_s, 8);
-    set.addField(u"Price"_s, u"Price"_s, u"Currency"_s, 8);
-    set.addField(u"Stock"_s, u"Stock"_s, u"Integer"_s, 5);
-    set.appendRecord({u"A"_s, 1.5, 10});
-    set.appendRecord({u"B"_s, 2.5, 20});
-    set.appendRecord({u"C"_s, 3.5}); // a missing value is null
-    QCOMPARE(set.recordCount(), 0);
-    QCOMPARE(set.recNo(), 0);
-    QVERIFY(!set.value(0, 0).isValid());
 
-    QSignalSpy scrolled(&set, &DemoDataSet::recNoChanged);
-    set.setActive(true);
-    QCOMPARE(set.recordCount(), 3);
-    QCOMPARE(set.recNo(), 1);
-    set.prior();
-    QCOMPARE(set.recNo(), 1);
-    set.last();
-    QCOMPARE(set.recNo(), 3);
-    set.next();
-    QCOMPARE(set.recNo(), 3);
-    set.setRecNo(-5);
-    QCOMPARE(set.recNo(), 1);
-    QCOMPARE(scrolled.size(), 3); // opened at 1, last, back to 1
-    QVERIFY(!set.value(2, u"Stock"_s).isValid());
-    QCOMPARE(set.value(1, u"stock"_s).toInt(), 20);
-    QVERIFY(!set.value(3, 0).isValid());
 
-    // A field deleted from outside takes its column along.
-    QCOMPARE(set.findChild<QObject *>(u"PartsTablePrice"_s)->property("dataSet").value<QObject *>(), &set);
-    delete set.findChild<QObject *>(u"PartsTablePrice"_s);
-    QCOMPARE(set.fieldCount(), 2);
-    QCOMPARE(set.fieldIndex(u"Price"_s), -1);
-    QCOMPARE(set.value(1, u"Stock"_s).toInt(), 20);
-    QCOMPARE(set.value(1, 0).toString(), u"B"_s);
 
-    set.setActive(false);
-    QCOMPARE(set.recNo(), 0);
-    QCOMPARE(set.recordCount(), 0);
-}
 
-void TestDemoHost::connectionClosesAndOpensTables()
-{
-    DemoWorkspace workspace;
-    DemoDataModule *module = workspace.dataModule();
-    QAction *next = module->action(u"DataSetNext"_s);
-    QAction *first = module->action(u"DataSetFirst"_s);
-    QVERIFY(next && first);
-    QVERIFY(next->isEnabled());
-    QVERIFY(!first->isEnabled());
-    const int openOrders = module->openOrders();
-    QVERIFY(openOrders > 0);
 
-    module->setConnected(false);
-    for (const DemoDataSet *set : module->findChildren<DemoDataSet *>())
-        QVERIFY2(!set->isActive(), qPrintable(set->objectName()));
-    QVERIFY(!next->isEnabled());
-    QCOMPARE(module->openOrders(), 0);
-    auto *recent = workspace.mainWindow()->findChild<QTableWidget *>(u"RecentOrdersGrid"_s);
-    QCOMPARE(recent->rowCount(), 0);
-    QVERIFY(!workspace.mainWindow()->findChild<QAction *>(u"ToolsConnectItem"_s)->isChecked());
 
-    module->setConnected(true);
-    QCOMPARE(module->customersTable()->recNo(), 1);
-    QCOMPARE(module->openOrders(), openOrders);
-    QCOMPARE(recent->rowCount(), module->ordersTable()->recordCount());
-    QVERIFY(workspace.mainWindow()->findChild<QAction *>(u"ToolsConnectItem"_s)->isChecked());
-}
 
-void TestDemoHost::itemsFilter()
-{
-    DemoWorkspace workspace;
-    ItemsForm *form = workspace.itemsForm();
-    auto *tree = form->findChild<QTreeWidget *>(u"TreeWidget1"_s);
-    auto *filter = form->findChild<QLineEdit *>(u"FilterEdit"_s);
-    auto *countLabel = form->findChild<QLabel *>(u"CountLabel"_s);
-    const int all = workspace.dataModule()->itemsTable()->recordCount();
-    QCOMPARE(VisibleLeaves(tree), all);
 
-    filter->setText(u"DRILL"_s);
-    QCOMPARE(VisibleLeaves(tree), 1);
-    QCOMPARE(countLabel->text(), u"1 item"_s);
-    // The item's category and group stay visible, the other categories go.
-    const QList<QTreeWidgetItem *> drill = tree->findItems(u"TL-2101"_s, Qt::MatchExactly | Qt::MatchRecursive, 1);
-    QCOMPARE(drill.size(), 1);
-    QVERIFY(!drill.first()->parent()->isHidden());
-    QVERIFY(!drill.first()->parent()->parent()->isHidden());
-    int shownCategories = 0;
-    for (int i = 0; i < tree->topLevelItemCount(); ++i)
-        shownCategories += tree->topLevelItem(i)->isHidden() ? 0 : 1;
-    QCOMPARE(shownCategories, 1);
 
-    filter->setText(u"hw-10"_s); // part numbers too
-    QCOMPARE(VisibleLeaves(tree), 6);
-    filter->setText(u"no such thing"_s);
-    QCOMPARE(VisibleLeaves(tree), 0);
-    QCOMPARE(countLabel->text(), u"0 items"_s);
-    filter->clear();
-    QCOMPARE(VisibleLeaves(tree), all);
 
-    // Favourites: an item goes in once, however often it is added.
-    auto *favourites = form->findChild<QListWidget *>(u"ListWidget1"_s);
-    const int favouritesBefore = favourites->count();
-    const QList<QTreeWidgetItem *> jigsaw = tree->findItems(u"TL-2102"_s, Qt::MatchExactly | Qt::MatchRecursive, 1);
-    jigsaw.first()->setSelected(true);
-    auto *add = form->findChild<QPushButton *>(u"AddButton"_s);
-    QVERIFY(add->isEnabled());
-    add->click();
-    add->click();
-    QCOMPARE(favourites->count(), favouritesBefore + 1);
-}
-
-void TestDemoHost::customersSearchAndNavigation()
-{
-    DemoWorkspace workspace;
-    CustomersForm *form = workspace.customersForm();
-    DemoDataSet *customers = workspace.dataModule()->customersTable();
-    auto *grid = form->findChild<QTableWidget *>(u"CustomersGrid"_s);
-    auto *label = form->findChild<QLabel *>(u"RecordLabel"_s);
-    QCOMPARE(grid->rowCount(), customers->recordCount());
-
-    // Three customers in the Bahamas; the search goes on from the current one and wraps.
-    QVERIFY(form->findNext(u"bahamas"_s));
-    QCOMPARE(customers->value(customers->recNo() - 1, u"Company"_s).toString(), u"Unisco"_s);
-    QVERIFY(form->findNext(u"bahamas"_s));
-    QCOMPARE(customers->value(customers->recNo() - 1, u"Company"_s).toString(), u"SCUBA Heaven"_s);
-    QVERIFY(form->findNext(u"bahamas"_s));
-    QVERIFY(form->findNext(u"bahamas"_s));
-    QCOMPARE(customers->value(customers->recNo() - 1, u"Company"_s).toString(), u"Unisco"_s);
-    QCOMPARE(grid->currentRow(), customers->recNo() - 1);
-    QVERIFY(!form->findNext(u"Atlantis"_s));
-    QVERIFY(!form->findNext(u"   "_s));
-
-    // The data module's shared actions move the record, and the form follows.
-    workspace.dataModule()->action(u"DataSetLast"_s)->trigger();
-    QCOMPARE(grid->currentRow(), customers->recordCount() - 1);
-    QCOMPARE(label->text(), u"Record %1 of %1"_s.arg(customers->recordCount()));
-    QVERIFY(!workspace.dataModule()->action(u"DataSetNext"_s)->isEnabled());
-    workspace.dataModule()->action(u"DataSetPrior"_s)->trigger();
-    QCOMPARE(grid->currentRow(), customers->recordCount() - 2);
-    // Choosing a row in the grid moves the record.
-    grid->setCurrentCell(4, 0);
-    QCOMPARE(customers->recNo(), 5);
-}
-
-void TestDemoHost::cataloguePlacesOrders()
-{
-    DemoWorkspace workspace;
-    CatalogueForm *form = workspace.catalogueForm();
-    DemoDataSet *orders = workspace.dataModule()->ordersTable();
-    const int ordersBefore = orders->recordCount();
-    const int openBefore = workspace.dataModule()->openOrders();
-    const int cards = int(form->findChildren<QFrame *>(QRegularExpression(u"^Card\\d+$"_s)).size());
-    QCOMPARE(cards, workspace.dataModule()->itemsTable()->recordCount());
-
-    QVERIFY(!form->placeOrder()); // nothing in the basket
-    QVERIFY(form->addToBasket(u"TL-2101"_s, 2)); // 129.00 each
-    QVERIFY(form->addToBasket(u"EL-4201"_s, 10)); // 3.90 each
-    QVERIFY(form->addToBasket(u"TL-2101"_s, 1));
-    QVERIFY(!form->addToBasket(u"XX-0000"_s, 1));
-    QVERIFY(!form->addToBasket(u"EL-4201"_s, 0));
-    QCOMPARE(form->basketLineCount(), 2);
-    QCOMPARE(form->basketTotal(), 3 * 129.00 + 10 * 3.90);
-
-    auto *customer = form->findChild<QComboBox *>(u"CustomerCombo"_s);
-    customer->setCurrentIndex(customer->findText(u"Ocean Paradise"_s));
-    QVERIFY(form->placeOrder());
-    QCOMPARE(form->basketLineCount(), 0);
-    QCOMPARE(orders->recordCount(), ordersBefore + 1);
-    const int row = orders->recordCount() - 1;
-    QCOMPARE(orders->value(row, u"OrderNo"_s).toInt(), 1018);
-    QCOMPARE(orders->value(row, u"CustNo"_s).toInt(), 1510);
-    QCOMPARE(orders->value(row, u"Lines"_s).toInt(), 2);
-    QCOMPARE(orders->value(row, u"Status"_s).toString(), u"Open"_s);
-    // The dashboard shows it.
-    QCOMPARE(workspace.dataModule()->openOrders(), openBefore + 1);
-    QCOMPARE(workspace.mainWindow()->findChild<QTableWidget *>(u"RecentOrdersGrid"_s)->rowCount(), ordersBefore + 1);
-
-    // No orders without a database.
-    QVERIFY(form->addToBasket(u"TL-2101"_s, 1));
-    workspace.dataModule()->setConnected(false);
-    QVERIFY(!form->placeOrder());
-    QCOMPARE(form->basketLineCount(), 1);
-    QVERIFY(form->findChild<QLabel *>(u"BasketStatusLabel"_s)->text().contains(u"not connected"_s));
-}
-
-void TestDemoHost::plannerShowsMonths()
-{
-    DemoWorkspace workspace;
-    PlannerForm *planner = workspace.plannerForm();
-    const QDate today = QDate::currentDate();
-    QCOMPARE(planner->month(), QDate(today.year(), today.month(), 1));
-
-    for (const QDate &date : {QDate(2024, 2, 29), QDate(2026, 3, 1), QDate(2021, 2, 1), QDate(2023, 12, 31)}) {
-        planner->showMonth(date);
-        const QDate first = planner->firstShownDay();
-        QCOMPARE(first.dayOfWeek(), 1);
-        QVERIFY(first <= QDate(date.year(), date.month(), 1));
-        QVERIFY(first.daysTo(QDate(date.year(), date.month(), 1)) < 7);
-        const QDate last = first.addDays(PlannerForm::Weeks * 7 - 1);
-        QVERIFY(last >= QDate(date.year(), date.month(), date.daysInMonth()));
-    }
-
-    // The week may start on another day.
-    planner->setFirstDayOfWeek(Qt::Saturday);
-    planner->showMonth(QDate(2026, 8, 1)); // a Saturday
-    QCOMPARE(planner->firstShownDay(), QDate(2026, 8, 1));
-    QCOMPARE(planner->findChild<QLabel *>(u"DayNameLabel2"_s)->text(), QLocale().dayName(Qt::Sunday, QLocale::ShortFormat));
-    planner->setFirstDayOfWeek(Qt::Monday);
-    QCOMPARE(planner->firstShownDay(), QDate(2026, 7, 27));
-
-    // The stocktake has an entry of its own.
-    planner->setStocktake(QDate(2026, 8, 12));
-    const auto *stocktakeDay = planner->findChild<QListWidget *>(u"DayList"_s + QString::number(QDate(2026, 7, 27).daysTo(QDate(2026, 8, 12)) + 1));
-    QVERIFY(!stocktakeDay->findItems(u"Stocktake"_s, Qt::MatchExactly).isEmpty());
-    planner->setStocktake(QDate());
-
-    // Today's three appointments are in today's panel, in time order.
-    planner->showMonth(today);
-    const int index = int(planner->firstShownDay().daysTo(today));
-    auto *list = planner->findChild<QListWidget *>(u"DayList"_s + QString::number(index + 1));
-    QVERIFY(list);
-    QCOMPARE(list->count(), 3);
-    QVERIFY(list->item(0)->text().startsWith(u"09:00"_s));
-    QVERIFY(list->item(1)->text().contains(u"Credit limit review"_s));
-}
-
-void TestDemoHost::notesAreSavedAndOpened()
-{
-    DemoWorkspace workspace;
-    DocumentsForm *documents = workspace.documentsForm();
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    QString errorText;
-
-    QMdiSubWindow *note = documents->newNote();
-    QVERIFY(note);
-    auto *editor = qobject_cast<QPlainTextEdit *>(note->widget());
-    editor->insertPlainText(u"Order 1018: deliver on Friday.\nÄrger mit der Lieferung."_s);
-    QVERIFY(editor->document()->isModified());
-    const QString fileName = dir.filePath(u"note.txt"_s);
-    QVERIFY2(documents->saveNote(note, fileName, &errorText), qPrintable(errorText));
-    QVERIFY(!editor->document()->isModified());
-    QCOMPARE(note->windowTitle(), u"note.txt[*]"_s);
-
-    QMdiSubWindow *opened = documents->openNote(fileName, &errorText);
-    QVERIFY2(opened, qPrintable(errorText));
-    QCOMPARE(qobject_cast<QPlainTextEdit *>(opened->widget())->toPlainText(), editor->toPlainText());
-    QVERIFY(opened->objectName() != note->objectName());
-
-    // Failures name the file and change nothing.
-    QVERIFY(!documents->openNote(dir.filePath(u"missing.txt"_s), &errorText));
-    QVERIFY(errorText.contains(u"missing.txt"_s));
-    const QString unwritable = dir.filePath(u"no/such/folder/note.txt"_s);
-    QVERIFY(!documents->saveNote(note, unwritable, &errorText));
-    QVERIFY(errorText.contains(u"note.txt"_s));
-    QVERIFY(!QFile::exists(unwritable));
-    // Only notes are text files.
-    QMdiSubWindow *report = documents->findChild<QMdiSubWindow *>(u"StockReportWindow"_s);
-    QVERIFY(!documents->saveNote(report, dir.filePath(u"report.txt"_s), &errorText));
-
-    // The note format of the options reaches open notes.
-    documents->setNoteFormat(QFont(u"DejaVu Sans Mono"_s, 13), 8, false);
-    QCOMPARE(editor->font().pointSize(), 13);
-    QCOMPARE(editor->lineWrapMode(), QPlainTextEdit::NoWrap);
-    QCOMPARE(editor->tabStopDistance(), 8 * QFontMetricsF(editor->font()).horizontalAdvance(u' '));
-}
-
-void TestDemoHost::optionsCancelRestoresValues()
-{
-    DemoWorkspace workspace;
-    OptionsDialog *dialog = workspace.mainWindow()->optionsDialog();
-    auto *tabWidth = dialog->findChild<QSpinBox *>(u"TabWidthSpin"_s);
-    auto *userName = dialog->findChild<QLineEdit *>(u"UserNameEdit"_s);
-    auto *accent = dialog->findChild<ColorSwatchButton *>(u"AccentColorButton"_s);
-    auto *startLast = dialog->findChild<QRadioButton *>(u"StartAllRadio"_s);
-    auto *startDashboard = dialog->findChild<QRadioButton *>(u"StartMainRadio"_s);
-    auto *showToolBar = dialog->findChild<QCheckBox *>(u"ShowToolBarCheck"_s);
-    QVERIFY(tabWidth && userName && accent && startLast && startDashboard && showToolBar);
-    const QColor accentBefore = accent->color();
-
-    dialog->openPage(OptionsDialog::EditorPage);
-    tabWidth->setValue(8);
-    userName->setText(u"Someone Else"_s);
-    accent->setColor(Qt::red);
-    startLast->setChecked(true);
-    dialog->reject();
-    QCOMPARE(tabWidth->value(), 4);
-    QCOMPARE(userName->text(), u"Demo User"_s);
-    QCOMPARE(accent->color(), accentBefore);
-    QVERIFY(startDashboard->isChecked());
-    QVERIFY(!startLast->isChecked());
-
-    // Applied values stay when the dialog is then cancelled, and reach the main window.
-    QSignalSpy applied(dialog, &OptionsDialog::applied);
-    dialog->openPage(OptionsDialog::AppearancePage);
-    tabWidth->setValue(8);
-    showToolBar->setChecked(false);
-    dialog->apply();
-    QCOMPARE(applied.size(), 1);
-    QVERIFY(workspace.mainWindow()->findChild<QToolBar *>(u"ToolBar1"_s)->isHidden());
-    tabWidth->setValue(9);
-    dialog->reject();
-    QCOMPARE(tabWidth->value(), 8);
-
-    // Restore Defaults resets the page on show, and only that page.
-    dialog->openPage(OptionsDialog::EditorPage);
-    userName->setText(u"Changed"_s);
-    dialog->findChild<QPushButton *>(u"DefaultsButton"_s)->click();
-    QCOMPARE(tabWidth->value(), 4);
-    QCOMPARE(userName->text(), u"Changed"_s);
-    dialog->accept();
-    QCOMPARE(userName->text(), u"Changed"_s);
-    QCOMPARE(applied.size(), 2);
-}
-
-void TestDemoHost::optionsShortcutMovesBetweenCommands()
-{
-    OptionsDialog dialog;
-    QAction newNote(u"&New Note"_s);
-    newNote.setShortcut(QKeySequence(u"Ctrl+N"_s));
-    QAction refresh(u"&Refresh"_s);
-    refresh.setShortcut(QKeySequence(u"F5"_s));
-    auto gone = std::make_unique<QAction>(u"Gone"_s);
-    dialog.setCommands({&newNote, &refresh, gone.get()});
-    gone.reset(); // a command that no longer exists is left out
-
-    auto *tree = dialog.findChild<QTreeWidget *>(u"CommandTree"_s);
-    auto *edit = dialog.findChild<QKeySequenceEdit *>(u"ShortcutEdit"_s);
-    auto *conflict = dialog.findChild<QLabel *>(u"ConflictLabel"_s);
-    dialog.openPage(OptionsDialog::KeyboardPage);
-    QCOMPARE(tree->topLevelItemCount(), 2);
-    QCOMPARE(edit->keySequence(), QKeySequence(u"Ctrl+N"_s)); // the first command is selected
-
-    // Giving Refresh the shortcut of New Note takes it from New Note.
-    tree->setCurrentItem(tree->topLevelItem(1));
-    QCOMPARE(edit->keySequence(), QKeySequence(u"F5"_s));
-    edit->setKeySequence(QKeySequence(u"Ctrl+N"_s));
-    QVERIFY2(conflict->text().contains(u"New Note"_s), qPrintable(conflict->text()));
-    QCOMPARE(tree->topLevelItem(0)->text(1), QString());
-    // Nothing changes before the dialog is applied...
-    QCOMPARE(newNote.shortcut(), QKeySequence(u"Ctrl+N"_s));
-    dialog.accept();
-    QCOMPARE(refresh.shortcut(), QKeySequence(u"Ctrl+N"_s));
-    QVERIFY(newNote.shortcut().isEmpty());
-
-    // ...and nothing when it is cancelled.
-    dialog.openPage(OptionsDialog::KeyboardPage);
-    tree->setCurrentItem(tree->topLevelItem(0));
-    edit->setKeySequence(QKeySequence(u"Ctrl+R"_s));
-    dialog.reject();
-    QVERIFY(newNote.shortcut().isEmpty());
-
-    // Restore Defaults on this page brings back the shortcuts the commands came with.
-    dialog.openPage(OptionsDialog::KeyboardPage);
-    dialog.findChild<QPushButton *>(u"DefaultsButton"_s)->click();
-    dialog.accept();
-    QCOMPARE(newNote.shortcut(), QKeySequence(u"Ctrl+N"_s));
-    QCOMPARE(refresh.shortcut(), QKeySequence(u"F5"_s));
-}
-
-void TestDemoHost::optionsAreKept()
-{
-    QAction refresh(u"&Refresh"_s);
-    refresh.setObjectName(u"ViewRefreshItem"_s);
-    refresh.setShortcut(QKeySequence(u"F5"_s));
-    {
-        OptionsDialog dialog;
-        dialog.setCommands({&refresh});
-        dialog.openPage(OptionsDialog::RegionalPage);
-        dialog.findChild<QSpinBox *>(u"TabWidthSpin"_s)->setValue(7);
-        dialog.findChild<ColorSwatchButton *>(u"AccentColorButton"_s)->setColor(QColor(0x12, 0x34, 0x56));
-        dialog.findChild<QRadioButton *>(u"StartDocumentsRadio"_s)->setChecked(true);
-        dialog.findChild<QDateEdit *>(u"NextStocktakeEdit"_s)->setDate(QDate(2031, 5, 6));
-        dialog.findChild<QComboBox *>(u"WeekStartCombo"_s)->setCurrentIndex(1);
-        auto *tree = dialog.findChild<QTreeWidget *>(u"CommandTree"_s);
-        tree->setCurrentItem(tree->topLevelItem(0));
-        dialog.findChild<QKeySequenceEdit *>(u"ShortcutEdit"_s)->setKeySequence(QKeySequence(u"Ctrl+F5"_s));
-        dialog.accept();
-    }
-    // A new dialog (the next run of the program) reads them back, and puts the stored
-    // shortcut on the command.
-    refresh.setShortcut(QKeySequence(u"F5"_s));
-    OptionsDialog dialog;
-    QCOMPARE(dialog.noteTabWidth(), 7);
-    QCOMPARE(dialog.accentColor(), QColor(0x12, 0x34, 0x56));
-    QCOMPARE(dialog.startupWindows(), OptionsDialog::WithDocuments);
-    QCOMPARE(dialog.nextStocktake(), QDate(2031, 5, 6));
-    QCOMPARE(dialog.firstDayOfWeek(), Qt::Sunday);
-    dialog.setCommands({&refresh});
-    QCOMPARE(refresh.shortcut(), QKeySequence(u"Ctrl+F5"_s));
-    // The default is still the one the command came with.
-    dialog.openPage(OptionsDialog::KeyboardPage);
-    dialog.findChild<QPushButton *>(u"DefaultsButton"_s)->click();
-    dialog.accept();
-    QCOMPARE(refresh.shortcut(), QKeySequence(u"F5"_s));
-    QVERIFY(!QSettings().contains(u"Shortcuts/ViewRefreshItem"_s));
-
-    // A stored value of the wrong kind leaves the default.
-    QSettings().setValue(u"Options/TabWidthSpin"_s, u"lots"_s);
-    QSettings().setValue(u"Options/OpeningTimeEdit"_s, u"noon"_s);
-    OptionsDialog damaged;
-    QCOMPARE(damaged.noteTabWidth(), 4);
-    QCOMPARE(damaged.openingTime(), QTime(8, 30));
-}
-
-void TestDemoHost::optionsReachTheForms()
-{
-    DemoWorkspace workspace;
-    DemoMainWindow *window = workspace.mainWindow();
-    OptionsDialog *dialog = window->optionsDialog();
-    DemoDataSet *orders = workspace.dataModule()->ordersTable();
-    auto *recent = window->findChild<QTableWidget *>(u"RecentOrdersGrid"_s);
-    QCOMPARE(recent->rowCount(), orders->recordCount());
-    QVERIFY(workspace.documentsForm()->findChild<QLabel *>(u"TotalLabel"_s)->text().contains(u"19.00 %"_s));
-
-    dialog->openPage(OptionsDialog::RegionalPage);
-    const QDate since = QDate::currentDate().addDays(-2);
-    dialog->findChild<QDateTimeEdit *>(u"OrdersSinceEdit"_s)->setDateTime(QDateTime(since, QTime(0, 0)));
-    dialog->findChild<QTimeEdit *>(u"OpeningTimeEdit"_s)->setTime(QTime(0, 0));
-    dialog->findChild<QTimeEdit *>(u"ClosingTimeEdit"_s)->setTime(QTime(0, 0));
-    dialog->findChild<QComboBox *>(u"WeekStartCombo"_s)->setCurrentIndex(1); // Sunday
-    dialog->findChild<QDoubleSpinBox *>(u"TaxRateSpin"_s)->setValue(7.5);
-    dialog->findChild<QLineEdit *>(u"CompanyEdit"_s)->setText(u"Hardware Heaven"_s);
-    dialog->findChild<QComboBox *>(u"ThemeCombo"_s)->setCurrentIndex(1);
-    dialog->accept();
-
-    int recentOrders = 0;
-    for (int row = 0; row < orders->recordCount(); ++row)
-        recentOrders += orders->value(row, u"SaleDate"_s).toDate() >= since ? 1 : 0;
-    QVERIFY(recentOrders < orders->recordCount());
-    QCOMPARE(recent->rowCount(), recentOrders);
-    QVERIFY(window->findChild<QLabel *>(u"ShopLabel"_s)->text().startsWith(u"Shop closed"_s));
-    QCOMPARE(window->windowTitle(), u"Korvo Demo Host - Hardware Heaven"_s);
-    QVERIFY(QApplication::palette().color(QPalette::Window).lightness() < 100);
-    QCOMPARE(workspace.plannerForm()->firstDayOfWeek(), Qt::Sunday);
-    QCOMPARE(workspace.plannerForm()->firstShownDay().dayOfWeek(), int(Qt::Sunday));
-    QVERIFY(workspace.documentsForm()->findChild<QLabel *>(u"TotalLabel"_s)->text().contains(u"7.50 %"_s));
-
-    dialog->openPage(OptionsDialog::AppearancePage);
-    dialog->findChild<QComboBox *>(u"ThemeCombo"_s)->setCurrentIndex(0);
-    dialog->accept();
-    QVERIFY(QApplication::palette().color(QPalette::Window).lightness() > 150);
-}
 
 void TestDemoHost::objectsDeletedWhileRunning()
 {
