@@ -1,6 +1,6 @@
 // The demo host: its command line, object trees and counts, the forms as an inspector sees
-// them (names, the Tools menu), the data module and the options it keeps, objects deleted
-// while it runs, and the picture it takes.
+// them (names, the Tools menu, the data module), objects deleted while it runs, every
+// object through the property editors, and the picture it takes.
 
 #include "hosts/demo/CatalogueForm.h"
 #include "hosts/demo/CustomersForm.h"
