@@ -121,17 +121,14 @@ private Q_SLOTS:
         }
     }
 
-    void valuesWithTwoNamesTakeTheFirst()
-    {
-        QCOMPARE(ColorToString(clLtGray), QStringLiteral("clSilver"));
-        QCOMPARE(ColorToString(clDkGray), QStringLiteral("clGray"));
-        QVERIFY(!ColorValues().contains(QStringLiteral("clLtGray")));
-    }
-
     void colourValuesEnumerateEachIdentOnce()
     {
         const QStringList idents = ColorValues();
-        QCOMPARE(idents.size(), int(std::size(AllNamedColors)) - 2); // all but the two aliases
+        // Values with two names show and list the first.
+        QCOMPARE(idents.size(), int(std::size(AllNamedColors)) - 2);
+        QVERIFY(!idents.contains(QStringLiteral("clLtGray")) && !idents.contains(QStringLiteral("clDkGray")));
+        QCOMPARE(ColorToString(clLtGray), QStringLiteral("clSilver"));
+        QCOMPARE(ColorToString(clDkGray), QStringLiteral("clGray"));
         QCOMPARE(QSet<QString>(idents.begin(), idents.end()).size(), idents.size());
         for (const QString &ident : idents) {
             TColor color = clBlack;
@@ -155,7 +152,6 @@ private Q_SLOTS:
     void unnamedValuesAreWrittenAsHex()
     {
         QCOMPARE(ColorToString(TColor(0x123456)), QStringLiteral("$00123456"));
-        QCOMPARE(ColorToString(TColor(0xABCDEF)), QStringLiteral("$00ABCDEF"));
         QCOMPARE(ColorToString(TColor(-1)), QStringLiteral("$FFFFFFFF"));
         QCOMPARE(ColorToString(TColor(qint32(0x80000019u))), QStringLiteral("$80000019"));
         QString ident;
@@ -246,25 +242,18 @@ private Q_SLOTS:
         QCOMPARE(ColorToRGB(TColor(0x123456), palette), TColor(0x123456));
     }
 
-    void plainAndSpecialColoursToQColor()
+    void plainColoursBothWays()
     {
         const QPalette palette = DistinctPalette();
-        QCOMPARE(ColorToQColor(clRed, palette), QColor(255, 0, 0));
-        QCOMPARE(ColorToQColor(clBlue, palette), QColor(0, 0, 255));
         QCOMPARE(ColorToQColor(TColor(0x123456), palette), QColor(0x56, 0x34, 0x12));
         QCOMPARE(ColorToQColor(TColor(0x02123456), palette), QColor(0x56, 0x34, 0x12));
         QCOMPARE(ColorToQColor(clNone, palette), QColor(Qt::transparent));
         QVERIFY(!ColorToQColor(clDefault, palette).isValid());
-    }
-
-    void qcolorToColor()
-    {
         QCOMPARE(QColorToColor(QColor(0x12, 0x34, 0x56)), TColor(0x563412));
         QCOMPARE(QColorToColor(QColor(0x12, 0x34, 0x56, 100)), TColor(0x563412));
         QCOMPARE(QColorToColor(QColor::fromHsv(0, 255, 255)), clRed);
         QCOMPARE(QColorToColor(QColor(Qt::transparent)), clNone);
         QCOMPARE(QColorToColor(QColor()), clDefault);
-        const QPalette palette = DistinctPalette();
         for (const NamedColor &named : AllNamedColors) {
             if (!IsSystemColor(named.color))
                 QCOMPARE(QColorToColor(ColorToQColor(named.color, palette)), named.color);
@@ -273,16 +262,12 @@ private Q_SLOTS:
 
     void usableAsPropertyAndVariant()
     {
-        QVERIFY(QMetaType::fromType<TColor>() != QMetaType::fromType<int>());
         ColorProbe probe;
         const QMetaProperty property = probe.metaObject()->property(probe.metaObject()->indexOfProperty("Color"));
         QCOMPARE(property.metaType(), QMetaType::fromType<TColor>());
         QVERIFY(!property.isEnumType());
 
-        const QVariant value = probe.property("Color");
-        QCOMPARE(value.metaType(), QMetaType::fromType<TColor>());
-        QCOMPARE(value.value<TColor>(), clBtnFace);
-        QCOMPARE(value.toInt(), qint32(clBtnFace));
+        QCOMPARE(probe.property("Color").toInt(), qint32(clBtnFace));
 
         QVERIFY(probe.setProperty("Color", QVariant::fromValue(clNavy)));
         QCOMPARE(probe.m_color, clNavy);
