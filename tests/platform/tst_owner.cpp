@@ -69,7 +69,6 @@ class TestOwner : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void roots();
     void owners();
     void ownedComponents();
     void applicationOwnsTopRoots();
@@ -80,24 +79,14 @@ private Q_SLOTS:
     void lookupsWhileDying();
 };
 
-void TestOwner::roots()
-{
-    TFixture f;
-    QVERIFY(IsRoot(qApp));
-    QVERIFY(IsRoot(f.form.get()));
-    QVERIFY(IsRoot(f.dialog));
-    QVERIFY(IsRoot(f.module.get()));
-    QVERIFY(!IsRoot(f.panel));
-    QVERIFY(!IsRoot(f.menu));
-    QVERIFY(!IsRoot(f.table));
-    QVERIFY(!IsRoot(nullptr));
-    QObject plain;
-    QVERIFY(!IsRoot(&plain));
-}
-
 void TestOwner::owners()
 {
     TFixture f;
+    for (QObject *root : {static_cast<QObject *>(qApp), static_cast<QObject *>(f.form.get()), static_cast<QObject *>(f.dialog),
+                          static_cast<QObject *>(f.module.get())})
+        QVERIFY(IsRoot(root));
+    for (QObject *part : {static_cast<QObject *>(f.panel), static_cast<QObject *>(f.menu), f.table, static_cast<QObject *>(nullptr)})
+        QVERIFY(!IsRoot(part));
     QCOMPARE(GetOwner(f.button), f.form.get());
     QCOMPARE(GetOwner(f.panel), f.form.get());
     // The popup menu is no root: what it holds belongs to the form.
@@ -110,8 +99,9 @@ void TestOwner::owners()
     QCOMPARE(GetOwner(qApp), nullptr);
     QCOMPARE(GetOwner(nullptr), nullptr);
 
-    QObject loose;
+    QObject loose; // a parentless plain object is no root and has no owner
     QObject *inside = Make<QObject>(&loose, u"Inside"_s);
+    QVERIFY(!IsRoot(&loose));
     QCOMPARE(GetOwner(&loose), nullptr);
     QCOMPARE(GetOwner(inside), nullptr);
 
