@@ -1,18 +1,20 @@
 #pragma once
 
+#include "kv_export.h"
+
 #include <QString>
 
 namespace kv {
 
 // Whether the running program is itself an IDE that hosts add-ins (Qt Creator, Qt
 // Designer), judged by the application's name.
-bool HostIsIDE();
-bool IsIDEApplicationName(const QString &applicationName);
+KV_EXPORT bool HostIsIDE();
+KV_EXPORT bool IsIDEApplicationName(const QString &applicationName);
 
 namespace ideGen {
 // Settles UnderDelphiIDE.
-void Initialize();
-void Finalize();
+KV_EXPORT void Initialize();
+KV_EXPORT void Finalize();
 } // namespace ideGen
 
 } // namespace kv

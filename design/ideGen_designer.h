@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The stand-alone form designer, used wherever the library's controls work on objects that
 // no IDE designer looks after, and the functions that find an object's designer.
 
@@ -15,7 +17,7 @@ namespace kv {
 // Keeps a selection, allows everything, and turns what it is told into broadcasts to the
 // notifier objects. Its root is the owner control when set, otherwise the custom form.
 // Every living one is on DesignerList().
-class TFDesigner : public QObject, public IKVFormDesigner
+class KV_EXPORT TFDesigner : public QObject, public IKVFormDesigner
 {
     Q_OBJECT
     Q_INTERFACES(kv::IFormDesigner kv::IKVFormDesigner)
@@ -90,7 +92,7 @@ private:
 };
 
 // Every living TFDesigner, oldest first.
-class TDesignerList
+class KV_EXPORT TDesignerList
 {
 public:
     int Count() const { return int(m_designers.size()); }
@@ -103,24 +105,24 @@ private:
     QList<TFDesigner *> m_designers;
 };
 
-TDesignerList &DesignerList();
+KV_EXPORT TDesignerList &DesignerList();
 
 // The designer that looks after a form or data module. The designer object must implement
 // IFormDesigner; the association ends when either object is destroyed. Null Designer ends it.
-void SetFormDesigner(QObject *Form, QObject *Designer);
-IFormDesigner *FormDesigner(const QObject *Form);
+KV_EXPORT void SetFormDesigner(QObject *Form, QObject *Designer);
+KV_EXPORT IFormDesigner *FormDesigner(const QObject *Form);
 
 // The designer of the form that Obj belongs to, or of its data module; null when there is
 // none.
-IFormDesigner *GetDesigner(const QObject *Obj);
+KV_EXPORT IFormDesigner *GetDesigner(const QObject *Obj);
 // Whether Designer is a stand-alone designer; false for null.
-bool IsFDesigner(const IFormDesigner *Designer);
+KV_EXPORT bool IsFDesigner(const IFormDesigner *Designer);
 // Tells Obj's designer, if it has one, that Obj was modified.
-void DesignerModified(const QObject *Obj);
+KV_EXPORT void DesignerModified(const QObject *Obj);
 // The clipboard offers plain text.
-bool DesignerCanPaste();
+KV_EXPORT bool DesignerCanPaste();
 
 // Forgets the designer list and the form associations.
-void FinalizeDesigners();
+KV_EXPORT void FinalizeDesigners();
 
 } // namespace kv

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The option forms that an options dialog shows as pages, in the order they registered with.
 
 #include <QList>
@@ -9,7 +11,7 @@ class QMetaObject;
 
 namespace kv {
 
-struct TOptionFormClass
+struct KV_EXPORT TOptionFormClass
 {
     // The order as a number right-aligned in 5 characters ("   10"), which sorts as text.
     QString Key;
@@ -19,14 +21,14 @@ struct TOptionFormClass
 // The registered option form classes, sorted by key as text; forms with the same key keep
 // the order they registered in. Text order puts "   -1" after the one-digit orders and before
 // the longer ones. Created on first use.
-const QList<TOptionFormClass> &OptionFormClasses();
+KV_EXPORT const QList<TOptionFormClass> &OptionFormClasses();
 
 // Adds Class under the key Order written right-aligned in 5 characters. A class registered
 // again moves to its new place. A null Class raises kv::Exception (SErrNilRegistration).
-void RegisterOptionsFormOrder(const QMetaObject *Class, int Order);
+KV_EXPORT void RegisterOptionsFormOrder(const QMetaObject *Class, int Order);
 // The same with the order -1.
-void RegisterOptionsForm(const QMetaObject *Class);
+KV_EXPORT void RegisterOptionsForm(const QMetaObject *Class);
 // Deletes the entry of Class; nothing when it has none.
-void UnregisterOptionsForm(const QMetaObject *Class);
+KV_EXPORT void UnregisterOptionsForm(const QMetaObject *Class);
 
 } // namespace kv

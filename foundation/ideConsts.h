@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The message table: every text that the library shows or raises. Messages are plain
 // UTF-8 literals so that using one costs nothing until it is shown; LoadStr gives the
 // text as the user sees it.
@@ -8,11 +10,11 @@
 
 namespace kv {
 
-QString LoadStr(const char *message);
+KV_EXPORT QString LoadStr(const char *message);
 
 // Raises kv::Exception (SListIndexError) unless 0 <= Index < Count: the one index check of
 // the library's lists.
-void CheckListIndex(qsizetype Index, qsizetype Count);
+KV_EXPORT void CheckListIndex(qsizetype Index, qsizetype Count);
 
 // Add-in
 inline constexpr char SVerbIdeInspector[] = "Korvo IDE Inspector";
@@ -88,8 +90,8 @@ inline constexpr char SStringListEditing[] = "Editing %1 (%2 lines)";
 inline constexpr char SErrNotTreeSource[] = "Class %1 is not a tree source";
 
 namespace ideConsts {
-void Initialize();
-void Finalize();
+KV_EXPORT void Initialize();
+KV_EXPORT void Finalize();
 } // namespace ideConsts
 
 } // namespace kv

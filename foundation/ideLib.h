@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // General helpers of the library.
 
 #include "foundation/ideLib_sortedlist.h"
@@ -21,10 +23,10 @@ void DeleteItemAs(void *Item)
     delete static_cast<T *>(Item);
 }
 
-void ClearSortedList(TCustomSortedList *List, TItemDeleter FreeItem);
-qsizetype RemoveSortedItem(TCustomSortedList *List, void *Item, TItemDeleter FreeItem);
+KV_EXPORT void ClearSortedList(TCustomSortedList *List, TItemDeleter FreeItem);
+KV_EXPORT qsizetype RemoveSortedItem(TCustomSortedList *List, void *Item, TItemDeleter FreeItem);
 // Raises the invalid-cast error unless List is a TSortedList.
-void CheckIsSortedList(const TCustomSortedList *List);
+KV_EXPORT void CheckIsSortedList(const TCustomSortedList *List);
 
 } // namespace detail
 
@@ -75,8 +77,8 @@ qsizetype RemoveSortedItem(TCustomSortedList *List, T *Item)
 }
 
 namespace ideLib {
-void Initialize();
-void Finalize();
+KV_EXPORT void Initialize();
+KV_EXPORT void Finalize();
 } // namespace ideLib
 
 } // namespace kv

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // A set of characters of the first 256 code points (Latin-1), the platform's character set:
 // separator sets for word splitting and text search. A character above U+00FF is never in
 // a set.
@@ -11,7 +13,7 @@
 
 namespace kv {
 
-class TCharSet
+class KV_EXPORT TCharSet
 {
 public:
     TCharSet() = default;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // Keyed lists that own their items: one record object per key, created by the list from
 // an item class and freed when it leaves the list.
 
@@ -14,7 +16,7 @@ class QObject;
 namespace kv {
 
 // A record that carries one key.
-class TSortedCustomData : public TPlainObject
+class KV_EXPORT TSortedCustomData : public TPlainObject
 {
 public:
     explicit TSortedCustomData(const void *Key) : m_key(Key) {}
@@ -28,7 +30,7 @@ private:
 };
 
 // A record with a key and a data pointer that the user of the list fills in.
-class TSortedListData : public TSortedCustomData
+class KV_EXPORT TSortedListData : public TSortedCustomData
 {
 public:
     using TSortedCustomData::TSortedCustomData;
@@ -44,7 +46,7 @@ private:
 using TSortedDataClass = std::unique_ptr<TSortedCustomData> (*)(const void *Key);
 
 template <class T>
-std::unique_ptr<TSortedCustomData> CreateSortedData(const void *Key)
+KV_EXPORT std::unique_ptr<TSortedCustomData> CreateSortedData(const void *Key)
 {
     static_assert(std::is_base_of_v<TSortedCustomData, T>,
                   "the items of a key-data list are TSortedCustomData descendants");
@@ -56,7 +58,7 @@ template <class T>
 inline constexpr TSortedDataClass SortedDataClassOf = &CreateSortedData<T>;
 
 // Owns its items from Add until Delete, Clear or destruction.
-class TSortedKeyDataList : public TSortedKeyList
+class KV_EXPORT TSortedKeyDataList : public TSortedKeyList
 {
 public:
     // A null ItemClass stands for TSortedListData.
@@ -87,7 +89,7 @@ private:
 };
 
 // Keys are objects: an item leaves the list by itself when its key object is destroyed.
-class TSortedCompKeyList : public TSortedKeyDataList
+class KV_EXPORT TSortedCompKeyList : public TSortedKeyDataList
 {
 public:
     explicit TSortedCompKeyList(TSortedDataClass ItemClass = SortedDataClassOf<TSortedListData>);

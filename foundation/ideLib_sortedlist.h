@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // Pointer lists kept in the order of a virtual comparison and searched by halving. The
 // rest of the library derives small lists from TSortedList and overrides Compare and
 // CompareWithKey; a list that keys its items by a pointer or a number only overrides
@@ -32,7 +34,7 @@ inline int ComparePointers(const void *A, const void *B) noexcept
 // Items are untyped pointers that the list never frees (descendants that own their items
 // say so through OwnsItems). While Sorted is set, the items are in non-decreasing order of
 // Compare, and CompareWithKey must agree with that order.
-class TCustomSortedList
+class KV_EXPORT TCustomSortedList
 {
 public:
     // The comparison a search runs with: the item first, the sought value second. A
@@ -111,7 +113,7 @@ private:
     bool m_sorted = true;
 };
 
-class TSortedList : public TCustomSortedList
+class KV_EXPORT TSortedList : public TCustomSortedList
 {
 public:
     TSortedList() = default;
@@ -120,7 +122,7 @@ public:
 
 // Items compared through their keys: a list that keys by a pointer or a number only
 // overrides KeyByItem.
-class TSortedKeyList : public TSortedList
+class KV_EXPORT TSortedKeyList : public TSortedList
 {
 public:
     TSortedKeyList() = default;
@@ -134,7 +136,7 @@ public:
 };
 
 // Adds a bracketing search that reports how far it got.
-class TSortedListEx : public TSortedList
+class KV_EXPORT TSortedListEx : public TSortedList
 {
 public:
     TSortedListEx() = default;

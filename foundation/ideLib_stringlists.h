@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // Helpers over string lists and lists: set operations, name=value parts, text search with
 // columns and lines, parameter replacement. Like the platform's string lists, entries compare
 // ignoring case unless a routine is told otherwise.
@@ -43,48 +45,48 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(TSearchParams)
 // True: Pos holds the match's column and line. False: the search ran off the end, Pos is
 // (1, Strings.size()), or off the beginning, Pos is (0, -1). A starting line outside the list
 // is first moved into it (forward to line 0 column 1, backward to the last line at its length).
-bool FindInStringsEx(const QString &S, const QStringList &Strings, TSearchParams Params,
+KV_EXPORT bool FindInStringsEx(const QString &S, const QStringList &Strings, TSearchParams Params,
                      const TCharSet &Separators, QPoint &Pos);
 // Pos := (1, 0), then FindNextInStrings.
-bool FindFirstInStrings(const QString &S, const QStringList &Strings, bool CaseSens, QPoint &Pos);
+KV_EXPORT bool FindFirstInStrings(const QString &S, const QStringList &Strings, bool CaseSens, QPoint &Pos);
 // Forward from Pos as it is, case-sensitively when CaseSens, any match (not only whole words).
 // The caller moves Pos past a match before searching for the next one, or finds it again.
-bool FindNextInStrings(const QString &S, const QStringList &Strings, bool CaseSens, QPoint &Pos);
+KV_EXPORT bool FindNextInStrings(const QString &S, const QStringList &Strings, bool CaseSens, QPoint &Pos);
 
 // Deletes the first entry equal to S, if any; returns its index or -1.
-qsizetype RemoveFromStrings(QStringList &Strings, const QString &S, Qt::CaseSensitivity Cs = Qt::CaseInsensitive);
+KV_EXPORT qsizetype RemoveFromStrings(QStringList &Strings, const QString &S, Qt::CaseSensitivity Cs = Qt::CaseInsensitive);
 // Removes from A, for each entry of B, the first entry equal to it.
-void RemoveStrings(QStringList &A, const QStringList &B, Qt::CaseSensitivity Cs = Qt::CaseInsensitive);
+KV_EXPORT void RemoveStrings(QStringList &A, const QStringList &B, Qt::CaseSensitivity Cs = Qt::CaseInsensitive);
 // A keeps only its entries that are also in B.
-void IntersectStrings(QStringList &A, const QStringList &B, Qt::CaseSensitivity Cs = Qt::CaseInsensitive);
+KV_EXPORT void IntersectStrings(QStringList &A, const QStringList &B, Qt::CaseSensitivity Cs = Qt::CaseInsensitive);
 // A keeps only its entries that are not in B.
-void SubtractStrings(QStringList &A, const QStringList &B, Qt::CaseSensitivity Cs = Qt::CaseInsensitive);
+KV_EXPORT void SubtractStrings(QStringList &A, const QStringList &B, Qt::CaseSensitivity Cs = Qt::CaseInsensitive);
 // Sorts the entries and keeps the first of each run of equal ones.
-void SortAndRemoveDups(QStringList &Strings, Qt::CaseSensitivity Cs = Qt::CaseInsensitive);
-void RemoveEmptyStrings(QStringList &Strings);
+KV_EXPORT void SortAndRemoveDups(QStringList &Strings, Qt::CaseSensitivity Cs = Qt::CaseInsensitive);
+KV_EXPORT void RemoveEmptyStrings(QStringList &Strings);
 
 // Every "name=value" line becomes its name (the text before the first "=", the whole line
 // when it has none), resp. its value (the text after the first "=", empty when it has none).
-void NamePartToStrings(QStringList &Strings);
-void ValuePartToStrings(QStringList &Strings);
+KV_EXPORT void NamePartToStrings(QStringList &Strings);
+KV_EXPORT void ValuePartToStrings(QStringList &Strings);
 
-void AnsiUpperCaseStrings(QStringList &Strings);
-void AnsiLowerCaseStrings(QStringList &Strings);
+KV_EXPORT void AnsiUpperCaseStrings(QStringList &Strings);
+KV_EXPORT void AnsiLowerCaseStrings(QStringList &Strings);
 // Every entry becomes Func(entry).
-void OperateStrings(QStringList &Strings, const std::function<QString(const QString &)> &Func);
+KV_EXPORT void OperateStrings(QStringList &Strings, const std::function<QString(const QString &)> &Func);
 
 // Parameter references: a name between two Delim texts ("%Name%") is replaced by its value in
 // Params, a list of "name=value" lines (names compared ignoring case, the first line of a
 // name wins). A reference to an unknown name is left as it is; a replaced value is not
 // searched again.
-QString ChangeParamsEx(const QString &S, const QStringList &Params, const QString &Delim = QStringLiteral("%"));
-void ChangeParamsInStrings(QStringList &Strings, const QStringList &Params);
-void ChangeParamsInStringsEx(QStringList &Strings, const QStringList &Params, const QString &Delim);
+KV_EXPORT QString ChangeParamsEx(const QString &S, const QStringList &Params, const QString &Delim = QStringLiteral("%"));
+KV_EXPORT void ChangeParamsInStrings(QStringList &Strings, const QStringList &Params);
+KV_EXPORT void ChangeParamsInStringsEx(QStringList &Strings, const QStringList &Params, const QString &Delim);
 // The same in a UTF-8 text file, written back (safely, through a temporary file) only when
 // something changed; returns whether it did. A file that can't be read or written raises
 // kv::Exception (SErrFileRead, SErrFileWrite).
-bool ChangeParamsInFile(const QString &FileName, const QStringList &Params, const QString &Delim = QStringLiteral("%"));
-void ChangeParamsInFiles(const QStringList &FileNames, const QStringList &Params, const QString &Delim = QStringLiteral("%"));
+KV_EXPORT bool ChangeParamsInFile(const QString &FileName, const QStringList &Params, const QString &Delim = QStringLiteral("%"));
+KV_EXPORT void ChangeParamsInFiles(const QStringList &FileNames, const QStringList &Params, const QString &Delim = QStringLiteral("%"));
 
 // Lists of objects that the list's user owns.
 
@@ -121,10 +123,10 @@ bool ListsInterSect(const QList<T> &A, const QList<T> &B)
 
 // A list as comma text: an entry that is empty or holds a comma, a double quote or blanks at
 // its ends is written between double quotes, with its quotes doubled.
-QString QuotedCommaText(const QStringList &List);
+KV_EXPORT QString QuotedCommaText(const QStringList &List);
 // The list that comma text holds (blanks around unquoted entries dropped, blank text the
 // empty list); false, and List empty, for an unterminated quote or text after a closing
 // quote.
-bool SplitQuotedCommaText(const QString &Text, QStringList &List);
+KV_EXPORT bool SplitQuotedCommaText(const QString &Text, QStringList &List);
 
 } // namespace kv

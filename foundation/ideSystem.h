@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // Host detection and the registration gates.
 
 namespace kv {
@@ -8,16 +10,16 @@ using TProcedure = void (*)();
 
 // True when the package runs inside an IDE host (Qt Creator, Qt Designer); settled when
 // unit ideGen starts.
-extern bool UnderDelphiIDE;
+extern KV_EXPORT bool UnderDelphiIDE;
 
 // Runs Proc at once, in every host.
-void RegisterForDelphi(TProcedure Proc);
+KV_EXPORT void RegisterForDelphi(TProcedure Proc);
 // Runs Proc at once only outside an IDE host; inside one, never.
-void RegisterForQuillon(TProcedure Proc);
+KV_EXPORT void RegisterForQuillon(TProcedure Proc);
 
 namespace ideSystem {
-void Initialize();
-void Finalize();
+KV_EXPORT void Initialize();
+KV_EXPORT void Finalize();
 } // namespace ideSystem
 
 } // namespace kv

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 #include "shell/ideHook_activenotifier.h"
 
 #include <QString>
@@ -8,7 +10,7 @@ namespace kv {
 
 // The active-window notifier as the designer shows it: OnActiveChanged is its event, and
 // it publishes the library's version marker.
-class TActiveNotifier : public TCustomActiveNotifier
+class KV_EXPORT TActiveNotifier : public TCustomActiveNotifier
 {
     Q_OBJECT
     Q_PROPERTY(QString Version READ Version STORED false)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 class QObject;
 
 namespace kv {
@@ -8,6 +10,6 @@ namespace kv {
 // property of the same name of Dest, in Source's property order; properties that Dest lacks
 // or cannot take are left out. objectName, the object's identity, is not copied. Nothing
 // when either is null or both are the same object.
-void AssignAllProps(const QObject *Source, QObject *Dest);
+KV_EXPORT void AssignAllProps(const QObject *Source, QObject *Dest);
 
 } // namespace kv

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The class items: every component class registered for the palette, with its categories
 // and page, and the component registration that fills them. User-interface thread only.
 
@@ -22,7 +24,7 @@ enum TClassItemCat {
 Q_DECLARE_FLAGS(TClassItemCats, TClassItemCat)
 Q_DECLARE_OPERATORS_FOR_FLAGS(TClassItemCats)
 
-class TClassItem : public TPackagedCollectionItem
+class KV_EXPORT TClassItem : public TPackagedCollectionItem
 {
 public:
     const QMetaObject *Class = nullptr;
@@ -30,7 +32,7 @@ public:
     QString Page; // the palette page; empty until a registration names one
 };
 
-class TClassItems : public TPackagedCollectionOf<TClassItem>
+class KV_EXPORT TClassItems : public TPackagedCollectionOf<TClassItem>
 {
 public:
     // The item of Class (added when there is none) with Cats added to its categories.
@@ -46,10 +48,10 @@ public:
 };
 
 // Created on first use; FinalizeClassItems frees it.
-TClassItems &ClassItems();
-void FinalizeClassItems();
+KV_EXPORT TClassItems &ClassItems();
+KV_EXPORT void FinalizeClassItems();
 
-bool IsIconClass(const QMetaObject *Class);
+KV_EXPORT bool IsIconClass(const QMetaObject *Class);
 
 // Component registration for the palette. Each class is registered with the platform class
 // registry (the template forms with a factory calling the class's constructor) and gets
@@ -57,7 +59,7 @@ bool IsIconClass(const QMetaObject *Class);
 // registered, CM_REGISTERCOMPS is broadcast, also when a registration failed part way (the
 // exception then passes on), so that the palette shows whatever was registered. Raises
 // kv::Exception for a null class.
-void RegisterComponents(const QString &Page, const QList<const QMetaObject *> &Classes);
+KV_EXPORT void RegisterComponents(const QString &Page, const QList<const QMetaObject *> &Classes);
 template <typename... T>
 void RegisterComponents(const QString &Page)
 {
@@ -65,16 +67,16 @@ void RegisterComponents(const QString &Page)
     RegisterComponents(Page, {&T::staticMetaObject...});
 }
 // icNoIcon for each class: the palette shows no icon for it.
-void RegisterNoIcon(const QList<const QMetaObject *> &Classes);
+KV_EXPORT void RegisterNoIcon(const QList<const QMetaObject *> &Classes);
 // icNonActiveX for each class.
-void RegisterNonActiveX(const QList<const QMetaObject *> &Classes);
+KV_EXPORT void RegisterNonActiveX(const QList<const QMetaObject *> &Classes);
 // icNoIcon as well: classes that the stand-alone palette leaves out.
-void RegisterNonQuillon(const QList<const QMetaObject *> &Classes);
+KV_EXPORT void RegisterNonQuillon(const QList<const QMetaObject *> &Classes);
 
 // Registers Class with the platform class registry unless a class of its stream name is
 // registered already (which is then left alone); true when it registered it now.
-bool SafeRegisterClass(const QMetaObject *Class);
-void SafeRegisterClasses(const QList<const QMetaObject *> &Classes);
+KV_EXPORT bool SafeRegisterClass(const QMetaObject *Class);
+KV_EXPORT void SafeRegisterClasses(const QList<const QMetaObject *> &Classes);
 template <typename T>
 bool SafeRegisterClass()
 {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The popup, edit and edit-source class registries from which in-place editing picks the
 // popup and the inner editor for a property. User-interface thread only.
 
@@ -12,7 +14,7 @@
 namespace kv {
 
 // A popup class registered for properties of a type, of a component class, of a name.
-class TPopupClassInfo : public TPackagedCollectionItem
+class KV_EXPORT TPopupClassInfo : public TPackagedCollectionItem
 {
 public:
     const QMetaObject *PopupClass = nullptr;
@@ -26,7 +28,7 @@ public:
 };
 
 // An inner-editor class, in PopupClass, and whether it edits the value as text.
-class TEditClassInfo : public TPopupClassInfo
+class KV_EXPORT TEditClassInfo : public TPopupClassInfo
 {
 public:
     const QMetaObject *EditClass() const { return PopupClass; }
@@ -34,7 +36,7 @@ public:
     bool TextEdit = false;
 };
 
-class TEditSourceClassInfo : public TPackagedCollectionItem
+class KV_EXPORT TEditSourceClassInfo : public TPackagedCollectionItem
 {
 public:
     const QMetaObject *EditSourceClass = nullptr;
@@ -45,21 +47,21 @@ using TEditClasses = TPackagedCollectionOf<TEditClassInfo>;
 using TEditSourceClasses = TPackagedCollectionOf<TEditSourceClassInfo>;
 
 // Each created on first use; FinalizeEditClasses frees the three.
-TPopupClasses &PopupClasses();
-TEditClasses &EditClasses();
-TEditSourceClasses &EditSourceClasses();
-void FinalizeEditClasses();
+KV_EXPORT TPopupClasses &PopupClasses();
+KV_EXPORT TEditClasses &EditClasses();
+KV_EXPORT TEditSourceClasses &EditSourceClasses();
+KV_EXPORT void FinalizeEditClasses();
 
 // Adds an entry and registers the popup or edit class with the platform class registry
 // (the template forms with a factory calling the class's constructor). Raises
 // kv::Exception for a null class, or when the class's stream name belongs to another class;
 // then nothing is added.
-TPopupClassInfo *RegisterPopupClass(QMetaType PropertyType, const QMetaObject *ComponentClass,
+KV_EXPORT TPopupClassInfo *RegisterPopupClass(QMetaType PropertyType, const QMetaObject *ComponentClass,
                                     const QString &PropertyName, const QMetaObject *PopupClass);
-TEditClassInfo *RegisterEditClass(QMetaType PropertyType, const QMetaObject *ComponentClass,
+KV_EXPORT TEditClassInfo *RegisterEditClass(QMetaType PropertyType, const QMetaObject *ComponentClass,
                                   const QString &PropertyName, const QMetaObject *EditClass);
 // As RegisterEditClass, for an editor that edits the value as text.
-TEditClassInfo *RegisterTextEditClass(QMetaType PropertyType, const QMetaObject *ComponentClass,
+KV_EXPORT TEditClassInfo *RegisterTextEditClass(QMetaType PropertyType, const QMetaObject *ComponentClass,
                                       const QString &PropertyName, const QMetaObject *EditClass);
 
 template <typename T>
@@ -86,15 +88,15 @@ TEditClassInfo *RegisterTextEditClass(QMetaType PropertyType, const QMetaObject 
 
 // Free the first entry equal in all four values; true when there was one. The class stays
 // registered with the platform class registry.
-bool UnRegisterPopupClass(QMetaType PropertyType, const QMetaObject *ComponentClass,
+KV_EXPORT bool UnRegisterPopupClass(QMetaType PropertyType, const QMetaObject *ComponentClass,
                           const QString &PropertyName, const QMetaObject *PopupClass);
-bool UnRegisterEditClass(QMetaType PropertyType, const QMetaObject *ComponentClass,
+KV_EXPORT bool UnRegisterEditClass(QMetaType PropertyType, const QMetaObject *ComponentClass,
                          const QString &PropertyName, const QMetaObject *EditClass);
 
 // Adds an edit-source entry. Raises kv::Exception for a null class.
-TEditSourceClassInfo *RegisterEditSource(const QMetaObject *Class);
+KV_EXPORT TEditSourceClassInfo *RegisterEditSource(const QMetaObject *Class);
 
 // Whether some edit entry of Class edits as text.
-bool IsTextEditClass(const QMetaObject *Class);
+KV_EXPORT bool IsTextEditClass(const QMetaObject *Class);
 
 } // namespace kv

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 #include "foundation/ideSystem_messages.h"
 
 namespace kv {
@@ -8,7 +10,7 @@ namespace kv {
 // Message.Msg and ignores the numbers it does not handle; it answers by setting
 // Message.Result. An implementer registers itself (RegisterNotifier) and must unregister
 // before it is destroyed.
-class INotifier
+class KV_EXPORT INotifier
 {
 public:
     virtual void Dispatch(TMessage &Message) = 0;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 #include "foundation/ideSystem_inotifier.h"
 #include "shell/ideHook.h"
 
@@ -8,7 +10,7 @@ namespace kv {
 // A plain object that is a notifier for as long as it lives: registered by its constructor
 // as the newest notifier, unregistered by its destructor. It ignores every message;
 // descendants override Dispatch for the numbers they handle.
-class TMessageAnswer : public TPlainObject, public INotifier
+class KV_EXPORT TMessageAnswer : public TPlainObject, public INotifier
 {
 public:
     TMessageAnswer();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The messages of the notifier registry: the record every notifier receives, the message
 // numbers, and the one encoding of each message's parameters. Senders use the Broadcast
 // helpers below and receivers the Decode helpers, so that no unit casts a parameter itself.
@@ -21,7 +23,7 @@ class IFormDesigner;
 
 // What every notifier of one broadcast receives; the same record goes to each of them, so a
 // notifier answers by setting Result.
-struct TMessage
+struct KV_EXPORT TMessage
 {
     quint32 Msg = 0;
     qintptr WParam = 0;
@@ -70,7 +72,7 @@ inline constexpr char KVVersion[] = "3.1";
 
 // CM_PROPCHANGED: WParam a const QList<QObject*>* of the changed objects, LParam a
 // const QString* property name, null when the whole object changed.
-struct TPropChangedData
+struct KV_EXPORT TPropChangedData
 {
     std::span<QObject *const> Objects;
     QStringView PropName; // empty when WholeObject
@@ -78,72 +80,72 @@ struct TPropChangedData
 
     bool Concerns(const QObject *Obj) const;
 };
-void BroadcastPropChanged(QObject *Sender, const QList<QObject *> &Objects,
+KV_EXPORT void BroadcastPropChanged(QObject *Sender, const QList<QObject *> &Objects,
                           const QString &PropName = QString());
-TPropChangedData DecodePropChanged(const TMessage &Message);
+KV_EXPORT TPropChangedData DecodePropChanged(const TMessage &Message);
 
 // CM_NAMECHANGED: WParam the component, LParam a const QString* new name.
-struct TNameChangedData
+struct KV_EXPORT TNameChangedData
 {
     QObject *Component = nullptr;
     QStringView NewName;
 };
-void BroadcastNameChanged(QObject *Sender, QObject *Component, const QString &NewName);
-TNameChangedData DecodeNameChanged(const TMessage &Message);
+KV_EXPORT void BroadcastNameChanged(QObject *Sender, QObject *Component, const QString &NewName);
+KV_EXPORT TNameChangedData DecodeNameChanged(const TMessage &Message);
 
 // CM_OBJINSERT: WParam the inserted component.
-void BroadcastObjInsert(QObject *Sender, QObject *Component);
-QObject *DecodeObjInsert(const TMessage &Message);
+KV_EXPORT void BroadcastObjInsert(QObject *Sender, QObject *Component);
+KV_EXPORT QObject *DecodeObjInsert(const TMessage &Message);
 
 // CM_OBJDESTROYED, sent by NotifyDestroy (WParam the object going away) and by
 // NotifyDestroyObjects (WParam 0, LParam a const QList<QObject*>* of the objects going away).
 // The objects are still alive while the message is dispatched.
-struct TObjDestroyedData
+struct KV_EXPORT TObjDestroyedData
 {
     QObject *Object = nullptr;         // the single form
     std::span<QObject *const> Objects; // the list form
 
     bool Concerns(const QObject *Obj) const;
 };
-TObjDestroyedData DecodeObjDestroyed(const TMessage &Message);
+KV_EXPORT TObjDestroyedData DecodeObjDestroyed(const TMessage &Message);
 
 // CM_SELECTIONCHANGED: WParam a const QList<QObject*>* of the selected objects, LParam the
 // designer's IFormDesigner*.
-struct TSelectionChangedData
+struct KV_EXPORT TSelectionChangedData
 {
     QList<QObject *> Selection;
     IFormDesigner *Designer = nullptr;
 };
-void BroadcastSelectionChanged(QObject *Sender, const QList<QObject *> &Selection, IFormDesigner *Designer);
-TSelectionChangedData DecodeSelectionChanged(const TMessage &Message);
+KV_EXPORT void BroadcastSelectionChanged(QObject *Sender, const QList<QObject *> &Selection, IFormDesigner *Designer);
+KV_EXPORT TSelectionChangedData DecodeSelectionChanged(const TMessage &Message);
 
 // CM_SOURCEEMPTY: WParam the source whose object has gone; the source is the sender.
-void BroadcastSourceEmpty(QObject *Source);
-QObject *DecodeSourceEmpty(const TMessage &Message);
+KV_EXPORT void BroadcastSourceEmpty(QObject *Source);
+KV_EXPORT QObject *DecodeSourceEmpty(const TMessage &Message);
 
 // CM_SHOWINSPECTOR: WParam 1 when the inspector is to take the focus, else 0.
-void BroadcastShowInspector(QObject *Sender, bool Focus);
-bool DecodeShowInspector(const TMessage &Message);
+KV_EXPORT void BroadcastShowInspector(QObject *Sender, bool Focus);
+KV_EXPORT bool DecodeShowInspector(const TMessage &Message);
 
 // CM_EDITSTRINGSPROPERTY: WParam the component, LParam a const QString* property name.
-struct TEditStringsPropertyData
+struct KV_EXPORT TEditStringsPropertyData
 {
     QObject *Component = nullptr;
     QStringView PropName;
 };
-void BroadcastEditStringsProperty(QObject *Sender, QObject *Component, const QString &PropName);
-TEditStringsPropertyData DecodeEditStringsProperty(const TMessage &Message);
+KV_EXPORT void BroadcastEditStringsProperty(QObject *Sender, QObject *Component, const QString &PropName);
+KV_EXPORT TEditStringsPropertyData DecodeEditStringsProperty(const TMessage &Message);
 
 // CM_EDITRESOURCE: WParam a const QString* module file name, LParam the resource within it
 // (its name and numeric type).
-struct TEditResourceData
+struct KV_EXPORT TEditResourceData
 {
     QStringView FileName;
     QStringView ResName;
     qint32 ResType = 0;
 };
-void BroadcastEditResource(QObject *Sender, const QString &FileName, const QString &ResName,
+KV_EXPORT void BroadcastEditResource(QObject *Sender, const QString &FileName, const QString &ResName,
                            qint32 ResType);
-TEditResourceData DecodeEditResource(const TMessage &Message);
+KV_EXPORT TEditResourceData DecodeEditResource(const TMessage &Message);
 
 } // namespace kv

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 #include "platform/kvMethod.h"
 
 #include <QList>
@@ -19,7 +21,7 @@ using TNotifierProc = TMethod<QObject *, qintptr, qintptr>;
 // owner before it is freed: NotifyDestroying calls it while the owner is still whole, which
 // QObject::destroyed (emitted after the owner's own destructor has run) cannot offer, and
 // it reaches listeners that are not QObjects as well.
-class INotifierOwnerListener
+class KV_EXPORT INotifierOwnerListener
 {
 public:
     virtual void NotifierOwnerDestroying(QObject *Owner) = 0;
@@ -33,7 +35,7 @@ protected:
 // call reaches the methods held when it began that are still held when their turn comes,
 // each once; methods added meanwhile are not called by it. The owner may even be freed by
 // a listener: the remaining methods are then not called.
-class TNotifierList
+class KV_EXPORT TNotifierList
 {
 public:
     TNotifierList();
@@ -81,6 +83,6 @@ private:
 // Tells the listeners of NotifierList that registered as owner listeners that Component,
 // the list's owner, is going; newest first, with the walk of NotifyEvents. The owner calls
 // it before it frees the list.
-void NotifyDestroying(QObject *Component, TNotifierList &NotifierList);
+KV_EXPORT void NotifyDestroying(QObject *Component, TNotifierList &NotifierList);
 
 } // namespace kv

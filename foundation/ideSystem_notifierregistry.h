@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 #include "foundation/ideSystem_inotifier.h"
 
 #include <QList>
@@ -16,7 +18,7 @@ namespace kv {
 // A broadcast delivers to the notifiers that were registered when it began and are still
 // registered when their turn comes, each at most once; notifiers registered during it are
 // not reached by it.
-class TNotifierRegistry
+class KV_EXPORT TNotifierRegistry
 {
 public:
     TNotifierRegistry();

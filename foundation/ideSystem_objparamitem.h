@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // One entry of the object parameter registry and the named values it carries.
 
 #include "shell/ideHook.h"
@@ -28,12 +30,12 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(TCompareParams)
 // (an unsigned 64-bit value keeps its bits), float becomes double, QByteArray becomes a
 // QString (UTF-8), a pointer to any QObject class becomes QObject*, void* becomes the
 // address as a qlonglong. Everything else stays as it is; bool stays bool.
-QVariant NormalizeParamValue(const QVariant &Value);
+KV_EXPORT QVariant NormalizeParamValue(const QVariant &Value);
 
 // One named value of a registration or a query, normalised as above. Literal texts become
 // QStrings, pointers to QObjects QObject*; other pointers (classes, procedures) are kept as
 // their address, a qlonglong, which ParamPointer turns back.
-struct TObjectParam
+struct KV_EXPORT TObjectParam
 {
     template <typename T>
     TObjectParam(QAnyStringView ParamName, const T &ParamValue)
@@ -91,7 +93,7 @@ T ParamPointer(const QVariant &Value)
 // editor group that was current when it was registered. Entries are made and freed by
 // TObjectParamList; a holder that needs to hear of an entry's end asks for a free
 // notification.
-class TObjectParamListItem : public TPlainObject
+class KV_EXPORT TObjectParamListItem : public TPlainObject
 {
 public:
     ~TObjectParamListItem() override;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The object parameter registry: classes and objects registered with named values and
 // found again by class relationship and values. Verbs, control binders, option classes and
 // tree sources are registered here, so that units find each other's classes and procedures
@@ -29,7 +31,7 @@ using TObjectParamListIterator =
 //
 // Entries of a freed editor group are dropped before observers hear of it (see
 // FreeEditorGroup). Entries of an object go when the object is destroyed.
-class TObjectParamList final : public INotifier
+class KV_EXPORT TObjectParamList final : public INotifier
 {
 public:
     TObjectParamList();
@@ -88,27 +90,27 @@ private:
 };
 
 // Created on first use; FinalizeObjectParamList frees every entry.
-TObjectParamList &ObjectParamList();
-void FinalizeObjectParamList();
+KV_EXPORT TObjectParamList &ObjectParamList();
+KV_EXPORT void FinalizeObjectParamList();
 
 // The registry's operations on ObjectParamList().
-TObjectParamListItem *RegisterClassExt(const QMetaObject *Class, const TObjectParams &Params);
-TObjectParamListItem *RegisterObjectEx(QObject *Obj, const TObjectParams &Params);
-void UnRegisterClassExt(const void *Ptr);
-TObjectParamListItem *GetItemEx(const QMetaObject *Class, const TObjectParams &Params = {},
+KV_EXPORT TObjectParamListItem *RegisterClassExt(const QMetaObject *Class, const TObjectParams &Params);
+KV_EXPORT TObjectParamListItem *RegisterObjectEx(QObject *Obj, const TObjectParams &Params);
+KV_EXPORT void UnRegisterClassExt(const void *Ptr);
+KV_EXPORT TObjectParamListItem *GetItemEx(const QMetaObject *Class, const TObjectParams &Params = {},
                                 TCompareParams Compare = {});
-QList<TObjectParamListItem *> GetItemsEx(const QMetaObject *Class, const TObjectParams &Params = {},
+KV_EXPORT QList<TObjectParamListItem *> GetItemsEx(const QMetaObject *Class, const TObjectParams &Params = {},
                                          TCompareParams Compare = {});
-const QMetaObject *GetClassEx(const QMetaObject *Class, const TObjectParams &Params = {},
+KV_EXPORT const QMetaObject *GetClassEx(const QMetaObject *Class, const TObjectParams &Params = {},
                               TCompareParams Compare = {});
-TObjectParamListItem *GetItemInherited(const QMetaObject *Class, const TObjectParams &Params = {},
+KV_EXPORT TObjectParamListItem *GetItemInherited(const QMetaObject *Class, const TObjectParams &Params = {},
                                        TCompareParams Compare = {});
-const QMetaObject *GetClassInherited(const QMetaObject *Class, const TObjectParams &Params = {},
+KV_EXPORT const QMetaObject *GetClassInherited(const QMetaObject *Class, const TObjectParams &Params = {},
                                      TCompareParams Compare = {});
-TObjectParamListItem *GetItemEqual(const QMetaObject *Class, const TObjectParams &Params = {},
+KV_EXPORT TObjectParamListItem *GetItemEqual(const QMetaObject *Class, const TObjectParams &Params = {},
                                    TCompareParams Compare = {});
-TObjectParamListItem *GetItemExParent(const QMetaObject *Class, const QMetaObject *StopClass,
+KV_EXPORT TObjectParamListItem *GetItemExParent(const QMetaObject *Class, const QMetaObject *StopClass,
                                       const TObjectParams &Params = {}, TCompareParams Compare = {});
-QList<const QMetaObject *> GetRegisteredClasses(const QMetaObject *Class);
+KV_EXPORT QList<const QMetaObject *> GetRegisteredClasses(const QMetaObject *Class);
 
 } // namespace kv

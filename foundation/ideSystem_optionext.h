@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // Option objects: one global, persisted instance per options class, and editable copies
 // that are applied to it. Descendants publish their options as stored Q_PROPERTYs.
 // User-interface thread only.
@@ -19,7 +21,7 @@ class TOptionExt;
 using TOptionConstructor = TOptionExt *(*)(QObject *Parent);
 
 namespace detail {
-void RegisterOptionConstructor(const QMetaObject *Class, TOptionConstructor Constructor);
+KV_EXPORT void RegisterOptionConstructor(const QMetaObject *Class, TOptionConstructor Constructor);
 
 template <typename T>
 TOptionExt *ConstructOption(QObject *Parent)
@@ -41,7 +43,7 @@ void RegisterOptionClass()
 // Every other instance is a copy: it is never loaded, and ApplyOptions hands its values to
 // the global. Make copies with Create, which gives them the global's values; an object made
 // by its constructor alone keeps its constructor's values until something is assigned.
-class TOptionExt : public QObject
+class KV_EXPORT TOptionExt : public QObject
 {
     Q_OBJECT
 
@@ -106,7 +108,7 @@ private:
 
 // The global instance of Class, made when missing. Raises kv::Exception when Class is not a
 // TOptionExt descendant or was never made known (RegisterOptionExt).
-TOptionExt *GetOptionsByClass(const QMetaObject *Class);
+KV_EXPORT TOptionExt *GetOptionsByClass(const QMetaObject *Class);
 template <typename T>
 T *GetOptionsByClass()
 {
@@ -115,7 +117,7 @@ T *GetOptionsByClass()
 }
 
 // SaveConfig of every global instance.
-void SaveGlobalOptions();
+KV_EXPORT void SaveGlobalOptions();
 
 // The parameter that marks the registration of an options class, and its value.
 inline constexpr char SOptionsParam[] = "Environment.Options";
@@ -125,7 +127,7 @@ inline constexpr int OptionsParamValue = 123;
 // TOptionExtList makes a copy of it. The class-only form finds its objects through the
 // platform class registry unless the template form or GetOptionsByClass<T> made it known.
 // Raises kv::Exception for a class that does not descend from TOptionExt.
-TObjectParamListItem *RegisterOptionExt(const QMetaObject *Class);
+KV_EXPORT TObjectParamListItem *RegisterOptionExt(const QMetaObject *Class);
 template <typename T>
 TObjectParamListItem *RegisterOptionExt()
 {
@@ -134,6 +136,6 @@ TObjectParamListItem *RegisterOptionExt()
 }
 
 // Frees every global instance; the next demand makes and loads it again.
-void FinalizeOptionExts();
+KV_EXPORT void FinalizeOptionExts();
 
 } // namespace kv

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 #include <QStringView>
 
 #include <memory>
@@ -11,7 +13,7 @@ class TOptionExt;
 // Editable copies of the options of every registered options class (RegisterOptionExt), one
 // per class in the order of first registration, for an options dialog: the user edits the
 // copies and ApplyOptions hands them to the global instances.
-class TOptionExtList
+class KV_EXPORT TOptionExtList
 {
 public:
     TOptionExtList();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // Where option objects are loaded from and saved to.
 
 #include <QString>
@@ -11,7 +13,7 @@ namespace kv {
 // Loads and saves the stored properties of an options object under a key. The storage
 // decides the place: the settings below RegistryKey, or the INI file OptionsFileName when
 // StoreOptionsInFile is set. A setting that is missing leaves its property as it was.
-class IOptionStorage
+class KV_EXPORT IOptionStorage
 {
 public:
     virtual void Load(QObject *Control, const QString &Key) = 0;
@@ -24,11 +26,11 @@ protected:
 // Installs Storage, which the caller keeps alive while it is installed; null removes it.
 // Returns the storage installed before. Without a storage options are neither loaded nor
 // saved: they keep the values they start with.
-IOptionStorage *SetOptionStorage(IOptionStorage *Storage);
-IOptionStorage *OptionStorage();
+KV_EXPORT IOptionStorage *SetOptionStorage(IOptionStorage *Storage);
+KV_EXPORT IOptionStorage *OptionStorage();
 
 // When set, options go to the INI file OptionsFileName instead of the settings.
-extern bool StoreOptionsInFile;
-extern QString OptionsFileName;
+extern KV_EXPORT bool StoreOptionsInFile;
+extern KV_EXPORT QString OptionsFileName;
 
 } // namespace kv

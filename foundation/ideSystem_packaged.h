@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // Packaged collections: registries whose entries remember the package and the editor group
 // that registered them, and vanish when that group is freed (the package is unloaded).
 // User-interface thread only.
@@ -15,7 +17,7 @@ namespace kv {
 
 // An entry; descendants add the registered values. A holder that needs to hear of an
 // entry's end asks for a free notification.
-class TPackagedCollectionItem : public TPlainObject
+class KV_EXPORT TPackagedCollectionItem : public TPlainObject
 {
 public:
     TPackagedCollectionItem() = default;
@@ -45,7 +47,7 @@ TPackagedItemClass PackagedItemClass()
 // Owns its entries, in the order they were added. While it lives it is a notifier and an
 // editor-group registry: freeing a group deletes the group's entries, before any other
 // notifier hears of it when the group is freed through FreeEditorGroup.
-class TPackagedCollection : public INotifier
+class KV_EXPORT TPackagedCollection : public INotifier
 {
 public:
     explicit TPackagedCollection(TPackagedItemClass ItemClass);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // Verbs: named global commands, each with a procedure that executes it and one that reports
 // whether it is visible, enabled and checked. They live in the object parameter registry as
 // entries of TVerbObject and are looked up by name ignoring case. User-interface thread only.
@@ -26,7 +28,7 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(TVerbStates)
 using TVerbStateProc = void (*)(TVerbStates &States);
 using TVerbExecProc = void (*)();
 
-struct TVerbData
+struct KV_EXPORT TVerbData
 {
     QString Name;
     TVerbStateProc StateProc = nullptr;
@@ -34,7 +36,7 @@ struct TVerbData
 };
 
 // The registry key of verbs: verbs are registered as entries of this class.
-class TVerbObject : public QObject
+class KV_EXPORT TVerbObject : public QObject
 {
     Q_OBJECT
 
@@ -50,15 +52,15 @@ inline constexpr char SVerbExecuteParam[] = "Verb.Execute";
 // Registers a verb (stamped with the current editor group), then IDEChanged. A later
 // registration of the same name does not replace the first: lookups find the first. Raises
 // kv::Exception for an empty name.
-TObjectParamListItem *RegisterVerb(const QString &Name, TVerbStateProc StateProc, TVerbExecProc ExecProc);
+KV_EXPORT TObjectParamListItem *RegisterVerb(const QString &Name, TVerbStateProc StateProc, TVerbExecProc ExecProc);
 // RegisterVerb for each, in order, inside one IDE update bracket: observers see one change.
-void RegisterVerbArray(const QList<TVerbData> &Verbs);
+KV_EXPORT void RegisterVerbArray(const QList<TVerbData> &Verbs);
 
 // The registration of the verb Name (ignoring case) with its procedures stored in StateProc
 // and ExecProc; null, with the two left as they were, when there is none.
-TObjectParamListItem *GetVerbProcAddr(const QString &Name, TVerbStateProc &StateProc, TVerbExecProc &ExecProc);
+KV_EXPORT TObjectParamListItem *GetVerbProcAddr(const QString &Name, TVerbStateProc &StateProc, TVerbExecProc &ExecProc);
 // Runs the verb's execute procedure, when the verb exists and has one. No IDE update bracket.
-void CallVerbByName(const QString &Name);
+KV_EXPORT void CallVerbByName(const QString &Name);
 
 // The binding of verbs to a control class: applies an item's current states to a control and
 // sets or clears the control's click handler.
@@ -70,10 +72,10 @@ inline constexpr char SAssignVerbProcParam[] = "AssignVerb.VerbProc";
 
 // Registers Proc for controls of ControlClass and its descendants. Raises kv::Exception for
 // a null class or procedure.
-TObjectParamListItem *RegisterAssignVerbProc(const QMetaObject *ControlClass, TAssignVerbProc Proc);
+KV_EXPORT TObjectParamListItem *RegisterAssignVerbProc(const QMetaObject *ControlClass, TAssignVerbProc Proc);
 // The procedure that serves a control of ControlClass: the first registration, in
 // registration order, for ControlClass or one of its ancestors; null when none. Registration,
 // when given, receives that registration.
-TAssignVerbProc GetAssignVerbProc(const QMetaObject *ControlClass, TObjectParamListItem **Registration = nullptr);
+KV_EXPORT TAssignVerbProc GetAssignVerbProc(const QMetaObject *ControlClass, TObjectParamListItem **Registration = nullptr);
 
 } // namespace kv

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The platform class registry: a stream class name maps to a class (its QMetaObject) and a
 // factory that creates an object of that class for an owner. Streams, editors and the
 // palette find classes here by name. Registration happens in start procedures; names
@@ -22,35 +24,35 @@ using TObjectFactory = std::function<QObject *(QObject *owner)>;
 
 // The name under which streams know a class: its class name without namespaces
 // ("kv::TKVTreeView" is "TKVTreeView").
-QString StreamClassName(const QMetaObject *cls);
+KV_EXPORT QString StreamClassName(const QMetaObject *cls);
 
 // Registers cls under name (StreamClassName(cls) when empty). Without a factory, objects are
 // created through an invokable constructor (Q_INVOKABLE) taking the parent as QWidget* or
 // QObject*, if the class has one. Registering a class again is harmless (a factory given
 // now fills in a missing one); a name that belongs to another class raises kv::Exception.
-void RegisterClass(const QMetaObject *cls, TObjectFactory factory = {}, const QString &name = {});
-void RegisterClasses(std::initializer_list<const QMetaObject *> classes);
+KV_EXPORT void RegisterClass(const QMetaObject *cls, TObjectFactory factory = {}, const QString &name = {});
+KV_EXPORT void RegisterClasses(std::initializer_list<const QMetaObject *> classes);
 
 // Forgets every name of cls and its factory. Nothing for a class not registered.
-void UnRegisterClass(const QMetaObject *cls);
+KV_EXPORT void UnRegisterClass(const QMetaObject *cls);
 
 // The class registered under name, or null.
-const QMetaObject *GetClass(const QString &name);
+KV_EXPORT const QMetaObject *GetClass(const QString &name);
 // The same, but an unknown name raises kv::Exception (SClassNotFound).
-const QMetaObject *FindClass(const QString &name);
+KV_EXPORT const QMetaObject *FindClass(const QString &name);
 
 // A new object of a registered class, owned by owner. A widget class gets owner as its
 // parent widget and so needs a widget (or null) owner. Raises kv::Exception for an unknown
 // class, a class without a factory or a widget class with a non-widget owner.
-QObject *CreateObject(const QString &name, QObject *owner);
-QObject *CreateObject(const QMetaObject *cls, QObject *owner);
+KV_EXPORT QObject *CreateObject(const QString &name, QObject *owner);
+KV_EXPORT QObject *CreateObject(const QMetaObject *cls, QObject *owner);
 
 namespace detail {
 // owner as a widget parent for a widget of class cls; raises when owner is not a widget.
-QWidget *WidgetOwner(QObject *owner, const QMetaObject *cls);
+KV_EXPORT QWidget *WidgetOwner(QObject *owner, const QMetaObject *cls);
 
 template <typename T>
-QObject *CreateForOwner(QObject *owner)
+KV_EXPORT QObject *CreateForOwner(QObject *owner)
 {
     if constexpr (std::is_base_of_v<QWidget, T>)
         return new T(WidgetOwner(owner, &T::staticMetaObject));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // Colours in the platform's encoding: 0x00BBGGRR for plain colours, 0x80000000 | index for
 // the system colours (resolved at paint time, here through a QPalette), and two special
 // values: clNone (no colour, paint nothing) and clDefault (whatever the control's default is).
@@ -84,36 +86,36 @@ enum TColor : qint32 {
 constexpr bool IsSystemColor(TColor color) { return (quint32(color) & 0x80000000u) != 0; }
 
 // The identifier of a named colour ("clBtnFace"), or "$" and eight hex digits ("$00123456").
-QString ColorToString(TColor color);
+KV_EXPORT QString ColorToString(TColor color);
 // An identifier (ignoring case) or a number: decimal, "$1A2B3C" or "0x1A2B3C". Leading and
 // trailing blanks are ignored. Raises kv::Exception (SInvalidColor) for anything else.
-TColor StringToColor(const QString &text);
+KV_EXPORT TColor StringToColor(const QString &text);
 
 // Neither raises. Identifiers compare ignoring case; the aliases clLtGray and clDkGray are
 // accepted by IdentToColor, while ColorToIdent names those values clSilver and clGray.
-bool ColorToIdent(TColor color, QString &ident);
-bool IdentToColor(QStringView ident, TColor &color);
+KV_EXPORT bool ColorToIdent(TColor color, QString &ident);
+KV_EXPORT bool IdentToColor(QStringView ident, TColor &color);
 
 // Every colour identifier in the platform's order: the sixteen basic colours, the system
 // colours by index, clNone (the classic 42), then the later additions and clDefault.
-void GetColorValues(const std::function<void(const QString &ident)> &proc);
+KV_EXPORT void GetColorValues(const std::function<void(const QString &ident)> &proc);
 
 // The colour to paint with. System colours come from the palette's roles (in its current
 // colour group, except where the colour names a state: captions use the active and
 // inactive groups, clGrayText the disabled text). clNone gives Qt::transparent; clDefault
 // and system indexes without a role give an invalid QColor, meaning "use your default".
 // The high byte of a plain colour is ignored.
-QColor ColorToQColor(TColor color, const QPalette &palette);
+KV_EXPORT QColor ColorToQColor(TColor color, const QPalette &palette);
 // The same through the application's palette.
-QColor ColorToQColor(TColor color);
+KV_EXPORT QColor ColorToQColor(TColor color);
 
 // A system colour resolved to its plain value (black for an index without a role); any
 // other value unchanged, clNone and clDefault included.
-TColor ColorToRGB(TColor color, const QPalette &palette);
+KV_EXPORT TColor ColorToRGB(TColor color, const QPalette &palette);
 
 // The plain colour of a QColor; alpha is ignored, except that a fully transparent colour is
 // clNone and an invalid one clDefault, so that both survive a round trip through QColor.
-TColor QColorToColor(const QColor &color);
+KV_EXPORT TColor QColorToColor(const QColor &color);
 
 } // namespace kv
 

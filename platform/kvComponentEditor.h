@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // Component editors: the verbs that a designer offers for a component (its context menu)
 // and what a double click on it does. User-interface thread only.
 
@@ -15,7 +17,7 @@ namespace kv {
 class IFormDesigner;
 class TPropertyEditor;
 
-class TComponentEditor
+class KV_EXPORT TComponentEditor
 {
 public:
     TComponentEditor(QObject *Component, IFormDesigner *Designer);
@@ -49,7 +51,7 @@ private:
 // nothing here: there is no code to open. "First" searches the component's own class
 // before its ancestors, and QObject's own signals (destroyed, objectNameChanged) come
 // last: a line edit's principal event is textChanged, a timer's timeout.
-class TDefaultEditor : public TComponentEditor
+class KV_EXPORT TDefaultEditor : public TComponentEditor
 {
 public:
     using TComponentEditor::TComponentEditor;
@@ -65,7 +67,7 @@ protected:
 using TComponentEditorClass = std::unique_ptr<TComponentEditor> (*)(QObject *Component, IFormDesigner *Designer);
 
 template <typename T>
-std::unique_ptr<TComponentEditor> CreateComponentEditor(QObject *Component, IFormDesigner *Designer)
+KV_EXPORT std::unique_ptr<TComponentEditor> CreateComponentEditor(QObject *Component, IFormDesigner *Designer)
 {
     return std::make_unique<T>(Component, Designer);
 }
@@ -75,11 +77,11 @@ inline constexpr TComponentEditorClass ComponentEditorClass = &CreateComponentEd
 
 // Registers Editor for ComponentClass and its descendants, in the current editor group.
 // Raises kv::Exception (SErrNilRegistration) for a null class or editor.
-void RegisterComponentEditor(const QMetaObject *ComponentClass, TComponentEditorClass Editor);
+KV_EXPORT void RegisterComponentEditor(const QMetaObject *ComponentClass, TComponentEditorClass Editor);
 // The editor of the most derived registered class that Component is of (the newest among
 // registrations of one class); a TDefaultEditor when none is. Null for a null component.
-std::unique_ptr<TComponentEditor> GetComponentEditor(QObject *Component, IFormDesigner *Designer);
+KV_EXPORT std::unique_ptr<TComponentEditor> GetComponentEditor(QObject *Component, IFormDesigner *Designer);
 // Frees the registry (unit stop).
-void FinalizeComponentEditors();
+KV_EXPORT void FinalizeComponentEditors();
 
 } // namespace kv

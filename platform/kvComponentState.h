@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The component state of any QObject, ours or foreign: a small record kept beside the object,
 // never in it, set by the designer, the stream reader and our destructors.
 //
@@ -42,14 +44,14 @@ Q_DECLARE_FLAGS(TComponentState, TComponentStateFlag)
 Q_DECLARE_OPERATORS_FOR_FLAGS(TComponentState)
 
 // The state of obj (empty for null or an object never given one).
-TComponentState ComponentState(const QObject *obj);
+KV_EXPORT TComponentState ComponentState(const QObject *obj);
 
 // Replace, add to or take from the state set on obj itself. Nothing for null.
-void SetComponentState(QObject *obj, TComponentState state);
-void IncludeState(QObject *obj, TComponentState state);
-void ExcludeState(QObject *obj, TComponentState state);
+KV_EXPORT void SetComponentState(QObject *obj, TComponentState state);
+KV_EXPORT void IncludeState(QObject *obj, TComponentState state);
+KV_EXPORT void ExcludeState(QObject *obj, TComponentState state);
 
 // How many objects have a record now; for diagnostics and tests.
-int ComponentStateCount();
+KV_EXPORT int ComponentStateCount();
 
 } // namespace kv

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // A data module: a non-visual root that groups the components a program shares between its
 // forms (connections, tables, timers, actions). It names its components the way a form does
 // and is listed by the screen beside the forms.
@@ -8,7 +10,7 @@
 
 namespace kv {
 
-class TDataModule : public QObject
+class KV_EXPORT TDataModule : public QObject
 {
     Q_OBJECT
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The dialogs that property editors open. Each goes through a replaceable hook so that
 // tests and programs without a screen never block; an empty hook restores the standard
 // dialog. Each returns whether the user confirmed, and then the new value in its argument.
@@ -20,14 +22,14 @@ using TStringListDialogHook = std::function<bool(QStringList &Lines, const QStri
 using TPictureDialogHook = std::function<bool(QString &FileName)>;
 
 // Each returns the hook it replaces.
-TFontDialogHook SetFontDialogHook(TFontDialogHook Hook);
-TColorDialogHook SetColorDialogHook(TColorDialogHook Hook);
-TStringListDialogHook SetStringListDialogHook(TStringListDialogHook Hook);
-TPictureDialogHook SetPictureDialogHook(TPictureDialogHook Hook);
+KV_EXPORT TFontDialogHook SetFontDialogHook(TFontDialogHook Hook);
+KV_EXPORT TColorDialogHook SetColorDialogHook(TColorDialogHook Hook);
+KV_EXPORT TStringListDialogHook SetStringListDialogHook(TStringListDialogHook Hook);
+KV_EXPORT TPictureDialogHook SetPictureDialogHook(TPictureDialogHook Hook);
 
-bool ExecuteFontDialog(QFont &Font);
-bool ExecuteColorDialog(QColor &Color);
-bool ExecuteStringListDialog(QStringList &Lines, const QString &Caption);
-bool ExecutePictureDialog(QString &FileName);
+KV_EXPORT bool ExecuteFontDialog(QFont &Font);
+KV_EXPORT bool ExecuteColorDialog(QColor &Color);
+KV_EXPORT bool ExecuteStringListDialog(QStringList &Lines, const QString &Caption);
+KV_EXPORT bool ExecutePictureDialog(QString &FileName);
 
 } // namespace kv

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The connection registry behind events: for each (object, signal) connected through the
 // design-time framework, the handler object, the name of its slot and the connection.
 // Entries leave when the sender or the handler is destroyed. Connections made elsewhere are
@@ -13,7 +15,7 @@ class QObject;
 
 namespace kv {
 
-struct TEventHandler
+struct KV_EXPORT TEventHandler
 {
     QObject *Handler = nullptr;
     QString SlotName;
@@ -26,7 +28,7 @@ struct TEventHandler
 };
 
 // The handler of Signal of Sender; empty when the registry has none.
-TEventHandler GetEventHandler(const QObject *Sender, const QMetaMethod &Signal);
+KV_EXPORT TEventHandler GetEventHandler(const QObject *Sender, const QMetaMethod &Signal);
 
 // Connects Signal of Sender to the slot of Handler named SlotName (the first of that name
 // whose parameters fit the signal), replacing the handler the registry had; setting the
@@ -34,18 +36,18 @@ TEventHandler GetEventHandler(const QObject *Sender, const QMetaMethod &Signal);
 // kv::Exception when Signal is not a signal of Sender's class (SErrNotASignal) and when
 // Handler has no such slot (SErrNoSuchSlot); then nothing changes. A signal's clones (the
 // forms that default arguments make) are the signal itself.
-void SetEventHandler(QObject *Sender, const QMetaMethod &Signal, QObject *Handler, const QString &SlotName);
+KV_EXPORT void SetEventHandler(QObject *Sender, const QMetaMethod &Signal, QObject *Handler, const QString &SlotName);
 // Disconnects the handler the registry has for Signal of Sender; nothing when none.
-void ClearEventHandler(QObject *Sender, const QMetaMethod &Signal);
+KV_EXPORT void ClearEventHandler(QObject *Sender, const QMetaMethod &Signal);
 
 // The names of Handler's slots that Signal can be connected to: public and protected, each
 // name once, in declaration order, the ancestors' first.
-QStringList GetCompatibleSlots(const QMetaObject *Handler, const QMetaMethod &Signal);
+KV_EXPORT QStringList GetCompatibleSlots(const QMetaObject *Handler, const QMetaMethod &Signal);
 
 // How many handlers the registry holds; for diagnostics and tests.
-int EventHandlerCount();
+KV_EXPORT int EventHandlerCount();
 
 // Disconnects and forgets everything (unit stop).
-void FinalizeEventConnections();
+KV_EXPORT void FinalizeEventConnections();
 
 } // namespace kv

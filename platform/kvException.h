@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 #include <QString>
 #include <QByteArray>
 
@@ -10,7 +12,7 @@
 namespace kv {
 
 // The library's general exception: a message text, usually from the ideConsts table.
-class Exception : public std::exception
+class KV_EXPORT Exception : public std::exception
 {
 public:
     explicit Exception(const QString &message);
@@ -45,11 +47,11 @@ using TExceptionHandler = std::function<void(const QString &message)>;
 
 // Shows the error through the installed handler (a message box by default, or a
 // warning on the log when there is no QApplication).
-void ShowException(const std::exception &e);
-void ShowException(const QString &message);
+KV_EXPORT void ShowException(const std::exception &e);
+KV_EXPORT void ShowException(const QString &message);
 
 // Replaces the handler; an empty handler restores the default. Returns the previous one.
-TExceptionHandler SetExceptionHandler(TExceptionHandler handler);
+KV_EXPORT TExceptionHandler SetExceptionHandler(TExceptionHandler handler);
 
 // Runs f and hands any exception it raises to ShowException, so that nothing of ours
 // throws through Qt's event or signal dispatch.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The host's add-in interface: an add-in object that the host owns once registered.
 
 #include <QString>
@@ -15,7 +17,7 @@ enum TExpertStyle { esStandard = 0, esForm = 1, esProject = 2, esAddIn = 3 };
 enum TExpertStateFlag { esEnabled = 0x1, esChecked = 0x2 };
 using TExpertState = unsigned;
 
-class TIExpert
+class KV_EXPORT TIExpert
 {
 public:
     virtual ~TIExpert() = default;
@@ -35,10 +37,10 @@ public:
 // Set by the host while it accepts add-ins from packages; empty otherwise. It takes
 // ownership of the add-in.
 using TExpertRegisterProc = std::function<void(std::unique_ptr<TIExpert>)>;
-TExpertRegisterProc &LibraryExpertProc();
+KV_EXPORT TExpertRegisterProc &LibraryExpertProc();
 
 // Hands an add-in to the host, which owns it from then on. Without a host that accepts
 // add-ins the object is destroyed at once.
-void RegisterLibraryExpert(std::unique_ptr<TIExpert> expert);
+KV_EXPORT void RegisterLibraryExpert(std::unique_ptr<TIExpert> expert);
 
 } // namespace kv

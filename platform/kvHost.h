@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // Loads the package into a Qt Widgets program, as the host IDE's package loader did:
 // Load runs the unit start table; Register gives the add-ins the program's main menu and
 // runs the units' registration procedures; destruction (or Unload) destroys the
@@ -22,7 +24,7 @@ namespace kv {
 class TIExpert;
 class TIToolServices;
 
-class TPackageHost : public QObject
+class KV_EXPORT TPackageHost : public QObject
 {
     Q_OBJECT
 public:

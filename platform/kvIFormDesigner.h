@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The form designer as the library's property editors, inspectors and views talk to it:
 // what may be shown and edited, which object is selected, what a component is called, and
 // that something was modified. The stand-alone designer (TFDesigner) implements it for
@@ -15,7 +17,7 @@ class QWidget;
 
 namespace kv {
 
-class IFormDesigner
+class KV_EXPORT IFormDesigner
 {
 public:
     virtual ~IFormDesigner() = default;
@@ -68,7 +70,7 @@ public:
 
 // The library's own designer interface: it adds nothing, it marks a designer as the
 // stand-alone one.
-class IKVFormDesigner : public IFormDesigner
+class KV_EXPORT IKVFormDesigner : public IFormDesigner
 {
 };
 

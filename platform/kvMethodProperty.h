@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // Events: a signal is a property of kind tkMethod whose value is the name of the slot that
 // handles it (kvEventConnections.h).
 
@@ -12,7 +14,7 @@ namespace kv {
 // connects every object's signal to the root's slot of that name; an empty name disconnects.
 // The root is the designer's, else the owner of the first object (the object itself when it
 // is a root).
-class TMethodProperty : public TPropertyEditor
+class KV_EXPORT TMethodProperty : public TPropertyEditor
 {
 public:
     using TPropertyEditor::TPropertyEditor;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The standard editors of the type kinds: what every property gets unless an editor is
 // registered for its type, class or name (kvPropertyRegistry.h).
 
@@ -8,7 +10,7 @@
 namespace kv {
 
 // Ordinal values: AllEqual compares ordinals.
-class TOrdinalProperty : public TPropertyEditor
+class KV_EXPORT TOrdinalProperty : public TPropertyEditor
 {
 public:
     using TPropertyEditor::TPropertyEditor;
@@ -17,7 +19,7 @@ public:
 };
 
 // Integers in decimal; typed as decimal, "$1F" or "0x1F", within the type's range.
-class TIntegerProperty : public TOrdinalProperty
+class KV_EXPORT TIntegerProperty : public TOrdinalProperty
 {
 public:
     using TOrdinalProperty::TOrdinalProperty;
@@ -27,7 +29,7 @@ public:
 
 // A character: itself when printable, else "#" and its code; typed as one character or
 // "#" and a code.
-class TCharProperty : public TOrdinalProperty
+class KV_EXPORT TCharProperty : public TOrdinalProperty
 {
 public:
     using TOrdinalProperty::TOrdinalProperty;
@@ -37,7 +39,7 @@ public:
 
 // An enumeration: its key (the number where no key names the value); the value list is the
 // keys, one per value.
-class TEnumProperty : public TOrdinalProperty
+class KV_EXPORT TEnumProperty : public TOrdinalProperty
 {
 public:
     using TOrdinalProperty::TOrdinalProperty;
@@ -48,13 +50,13 @@ public:
 };
 
 // "False" / "True".
-class TBoolProperty : public TEnumProperty
+class KV_EXPORT TBoolProperty : public TEnumProperty
 {
 public:
     using TEnumProperty::TEnumProperty;
 };
 
-class TInt64Property : public TPropertyEditor
+class KV_EXPORT TInt64Property : public TPropertyEditor
 {
 public:
     using TPropertyEditor::TPropertyEditor;
@@ -65,7 +67,7 @@ public:
 
 // Floating point in the shortest text that reads back as the same number ("." as the
 // decimal point; "," is accepted when typed).
-class TFloatProperty : public TPropertyEditor
+class KV_EXPORT TFloatProperty : public TPropertyEditor
 {
 public:
     using TPropertyEditor::TPropertyEditor;
@@ -74,7 +76,7 @@ public:
     void SetValue(const QString &Value) override;
 };
 
-class TStringProperty : public TPropertyEditor
+class KV_EXPORT TStringProperty : public TPropertyEditor
 {
 public:
     using TPropertyEditor::TPropertyEditor;
@@ -84,7 +86,7 @@ public:
 };
 
 // A caption (text, windowTitle, title): written at each keystroke.
-class TCaptionProperty : public TStringProperty
+class KV_EXPORT TCaptionProperty : public TStringProperty
 {
 public:
     using TStringProperty::TStringProperty;
@@ -94,7 +96,7 @@ public:
 // The component name (objectName): one object at a time; a new name must be empty or an
 // identifier and unique within the object's root, and is announced to the designer
 // (ValidateRename) before it is set.
-class TComponentNameProperty : public TStringProperty
+class KV_EXPORT TComponentNameProperty : public TStringProperty
 {
 public:
     using TStringProperty::TStringProperty;
@@ -104,7 +106,7 @@ public:
 
 // A set: "[A,B]" of the single-bit keys that are set (a number for bits no key names);
 // typed the same way. Its sub-properties are its elements.
-class TSetProperty : public TOrdinalProperty
+class KV_EXPORT TSetProperty : public TOrdinalProperty
 {
 public:
     using TOrdinalProperty::TOrdinalProperty;
@@ -115,7 +117,7 @@ public:
 };
 
 // One element of a set: "False" / "True".
-class TSetElementProperty : public TPropertyEditor
+class KV_EXPORT TSetElementProperty : public TPropertyEditor
 {
 public:
     TSetElementProperty(TEditorInit Init, TEnumKey Element);
@@ -136,7 +138,7 @@ private:
 
 // An object held by a property: "(ClassName)"; its properties are the sub-properties.
 // Value classes with parts (kvPropEdits_types.h) derive from it.
-class TClassProperty : public TPropertyEditor
+class KV_EXPORT TClassProperty : public TPropertyEditor
 {
 public:
     using TPropertyEditor::TPropertyEditor;
@@ -148,7 +150,7 @@ public:
 
 // A reference to a component: its name as the designer gives it; the value list offers the
 // designer's components of the property's class; an empty text clears the reference.
-class TComponentProperty : public TPropertyEditor
+class KV_EXPORT TComponentProperty : public TPropertyEditor
 {
 public:
     using TPropertyEditor::TPropertyEditor;
@@ -160,7 +162,7 @@ public:
 };
 
 // A variant: shown as text, written as a string variant.
-class TVariantProperty : public TPropertyEditor
+class KV_EXPORT TVariantProperty : public TPropertyEditor
 {
 public:
     using TPropertyEditor::TPropertyEditor;
@@ -170,7 +172,7 @@ public:
 
 // A type with no editor of its own: shown as its text where it has one, else as
 // "(TypeName)"; read-only.
-class TUnknownProperty : public TPropertyEditor
+class KV_EXPORT TUnknownProperty : public TPropertyEditor
 {
 public:
     using TPropertyEditor::TPropertyEditor;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The editors of particular types: colours, fonts and font names, cursors, shortcuts,
 // dates and times, string lists, and the value classes with parts (sizes, points,
 // rectangles, margins, size policies), whose parts are written back through the property
@@ -15,7 +17,7 @@ namespace kv {
 // neither 0 nor 255 shows as "#AARRGGBB" (so does a transparent one other than transparent
 // black, which is clNone); a system colour typed for a QColor takes its value from the
 // object's palette. Edit opens the colour dialog.
-class TColorProperty : public TIntegerProperty
+class KV_EXPORT TColorProperty : public TIntegerProperty
 {
 public:
     using TIntegerProperty::TIntegerProperty;
@@ -30,7 +32,7 @@ public:
 // QFont: "(QFont)"; sub-properties Name, Size, Style (fsBold, fsItalic, fsUnderline,
 // fsStrikeOut), Weight, PixelSize, Stretch, Kerning, Overline, FixedPitch; Edit opens the
 // font dialog.
-class TFontProperty : public TClassProperty
+class KV_EXPORT TFontProperty : public TClassProperty
 {
 public:
     using TClassProperty::TClassProperty;
@@ -41,7 +43,7 @@ public:
 };
 
 // A font family: the value list is the families of the font database.
-class TFontNameProperty : public TStringProperty
+class KV_EXPORT TFontNameProperty : public TStringProperty
 {
 public:
     using TStringProperty::TStringProperty;
@@ -51,7 +53,7 @@ public:
 
 // QCursor: the shape's key ("ArrowCursor"); the value list is the shapes that can be set. A
 // bitmap or custom cursor shown makes the editor read-only.
-class TCursorProperty : public TPropertyEditor
+class KV_EXPORT TCursorProperty : public TPropertyEditor
 {
 public:
     using TPropertyEditor::TPropertyEditor;
@@ -64,7 +66,7 @@ public:
 
 // QKeySequence in portable text ("Ctrl+S"), "(None)" for none; the value list offers the
 // usual shortcuts.
-class TShortCutProperty : public TPropertyEditor
+class KV_EXPORT TShortCutProperty : public TPropertyEditor
 {
 public:
     using TPropertyEditor::TPropertyEditor;
@@ -77,7 +79,7 @@ public:
 
 // QDate "yyyy-MM-dd", QTime "HH:mm:ss" (".zzz" when it has milliseconds), QDateTime both
 // joined by a blank; empty text for a null value and back.
-class TDateProperty : public TPropertyEditor
+class KV_EXPORT TDateProperty : public TPropertyEditor
 {
 public:
     using TPropertyEditor::TPropertyEditor;
@@ -85,7 +87,7 @@ public:
     void SetValue(const QString &Value) override;
 };
 
-class TTimeProperty : public TPropertyEditor
+class KV_EXPORT TTimeProperty : public TPropertyEditor
 {
 public:
     using TPropertyEditor::TPropertyEditor;
@@ -93,7 +95,7 @@ public:
     void SetValue(const QString &Value) override;
 };
 
-class TDateTimeProperty : public TPropertyEditor
+class KV_EXPORT TDateTimeProperty : public TPropertyEditor
 {
 public:
     using TPropertyEditor::TPropertyEditor;
@@ -105,7 +107,7 @@ public:
 // QStringList as comma text (empty entries, and entries with commas, quotes or blanks at
 // their ends, quoted);
 // typed the same way; Edit opens the string list dialog (one entry per line).
-class TStringListProperty : public TPropertyEditor
+class KV_EXPORT TStringListProperty : public TPropertyEditor
 {
 public:
     using TPropertyEditor::TPropertyEditor;
@@ -121,7 +123,7 @@ public:
 // sub-properties: Width, Height; X, Y; X, Y, Width, Height; Left, Top, Right, Bottom;
 // HorizontalPolicy, VerticalPolicy, HorizontalStretch, VerticalStretch, HeightForWidth,
 // WidthForHeight, RetainSizeWhenHidden.
-class TValueClassProperty : public TClassProperty
+class KV_EXPORT TValueClassProperty : public TClassProperty
 {
 public:
     using TClassProperty::TClassProperty;
@@ -134,7 +136,7 @@ public:
 // QPixmap, QBitmap, QImage and QIcon: "(None)" for a null one, else "(QPixmap 16 x 16)"
 // ("(QIcon)" for an icon); typed as a file or resource name to load, or "(None)" or nothing
 // to clear; Edit picks a file in the picture dialog.
-class TPictureProperty : public TPropertyEditor
+class KV_EXPORT TPictureProperty : public TPropertyEditor
 {
 public:
     using TPropertyEditor::TPropertyEditor;
@@ -146,11 +148,11 @@ public:
 };
 
 // The set type of a font's Style part.
-PTypeInfo FontStylesTypeInfo();
+KV_EXPORT PTypeInfo FontStylesTypeInfo();
 
 // Registers the editors above for their types (and TFontNameProperty for the Name of a
 // QFont). The property editor registry calls it once, when it is created, as part of the
 // standard editors that no editor group owns.
-void RegisterTypePropertyEditors();
+KV_EXPORT void RegisterTypePropertyEditors();
 
 } // namespace kv

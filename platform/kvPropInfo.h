@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // What a property editor reads and writes in an object: a Qt property, a signal (an event),
 // or a part of a value-class property (the Width of a QSize, the Size of a QFont), which is
 // written back through the property that holds it.
@@ -22,7 +24,7 @@ namespace kv {
 class TPropInfo;
 using TPropInfoPtr = std::shared_ptr<const TPropInfo>;
 
-class TPropInfo
+class KV_EXPORT TPropInfo
 {
 public:
     TPropInfo(QString Name, PTypeInfo PropType) : m_name(std::move(Name)), m_propType(PropType) {}
@@ -53,7 +55,7 @@ private:
 };
 
 // A Qt property of a class.
-class TQtPropInfo final : public TPropInfo
+class KV_EXPORT TQtPropInfo final : public TPropInfo
 {
 public:
     explicit TQtPropInfo(const QMetaProperty &Property);
@@ -69,7 +71,7 @@ private:
 };
 
 // A signal: an event, whose value lives in the connection registry, not in the object.
-class TSignalInfo final : public TPropInfo
+class KV_EXPORT TSignalInfo final : public TPropInfo
 {
 public:
     TSignalInfo(QString Name, const QMetaMethod &Signal);
@@ -84,7 +86,7 @@ private:
 };
 
 // How one part of a value is read from and written into the whole value.
-struct TValuePart
+struct KV_EXPORT TValuePart
 {
     const char *Name;
     QMetaType Type;
@@ -96,7 +98,7 @@ struct TValuePart
 
 // A part of the value that Parent holds: reading reads the parent's value and takes the
 // part; writing reads the parent's value, changes the part and writes the whole back.
-class TPartInfo final : public TPropInfo
+class KV_EXPORT TPartInfo final : public TPropInfo
 {
 public:
     TPartInfo(TPropInfoPtr Parent, const TValuePart &Part);
@@ -115,7 +117,7 @@ private:
 // The properties and signals of a class, built once per class and kept while the class
 // lives. Signals are named by their name, or by their signature where the class has several
 // of one name.
-class TClassPropInfos
+class KV_EXPORT TClassPropInfos
 {
 public:
     explicit TClassPropInfos(const QMetaObject *Class);
@@ -137,9 +139,9 @@ private:
 };
 
 // The table of Class, created on first use.
-const TClassPropInfos &GetClassPropInfos(const QMetaObject *Class);
+KV_EXPORT const TClassPropInfos &GetClassPropInfos(const QMetaObject *Class);
 // Forgets every table (the classes of an unloaded package may leave their addresses to
 // others). Editors keep the infos they hold.
-void ClearClassPropInfos();
+KV_EXPORT void ClearClassPropInfos();
 
 } // namespace kv

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The property editor: one property of one or several objects, as text. Inspectors and the
 // property-bound edit controls never touch properties themselves; they ask an editor for
 // the name, the value, the value list, the sub-properties and the attributes, and hand it
@@ -44,7 +46,7 @@ using TGetPropEditProc = std::function<void(std::unique_ptr<TPropertyEditor> Edi
 
 // What the editors of one enumeration share: the objects and the designer told of changes.
 // Objects and designer are watched: one that is destroyed reads as null.
-class TEditorContext
+class KV_EXPORT TEditorContext
 {
 public:
     // ClassOf gives, per object, the index of its class among the selection's classes
@@ -69,7 +71,7 @@ private:
 using TEditorContextPtr = std::shared_ptr<const TEditorContext>;
 
 // What an editor is made with: the objects, and the property in them.
-struct TEditorInit
+struct KV_EXPORT TEditorInit
 {
     TEditorContextPtr Context;
     // The property in every object, unless Infos is given.
@@ -80,11 +82,12 @@ struct TEditorInit
 };
 
 // A property editor class: makes an editor of that class. Two editors are of the same class
-// exactly when their makers are the same.
+// exactly when their makers are the same. The makers are exported, so that the library and
+// every program or plug-in that names PropertyEditorClass<T> share one instance of each.
 using TPropertyEditorClass = std::unique_ptr<TPropertyEditor> (*)(TEditorInit &&Init);
 
 template <typename T>
-std::unique_ptr<TPropertyEditor> CreatePropertyEditor(TEditorInit &&Init)
+KV_EXPORT std::unique_ptr<TPropertyEditor> CreatePropertyEditor(TEditorInit &&Init)
 {
     return std::make_unique<T>(std::move(Init));
 }
@@ -97,7 +100,7 @@ inline constexpr TPropertyEditorClass PropertyEditorClass = &CreatePropertyEdito
 // that still lives, except those that already hold the value (writing can have side
 // effects), and end with Modified(); text that does not make a value raises
 // kv::Exception naming the text and the expected kind, and nothing is written.
-class TPropertyEditor
+class KV_EXPORT TPropertyEditor
 {
 public:
     explicit TPropertyEditor(TEditorInit Init);
@@ -205,12 +208,12 @@ private:
 };
 
 // A value's ordinal: numbers, Booleans, characters, enumerations and flags of any width.
-qint64 OrdinalOf(const QVariant &Value);
+KV_EXPORT qint64 OrdinalOf(const QVariant &Value);
 // The variant of Type that holds Ordinal.
-QVariant VariantOfOrdinal(QMetaType Type, qint64 Ordinal);
+KV_EXPORT QVariant VariantOfOrdinal(QMetaType Type, qint64 Ordinal);
 // A number as property text: a whole number in decimal, any other in the shortest text that
 // reads back as the same number of its type ("." as the decimal point).
-QString FloatText(double Value);
-QString FloatText(float Value);
+KV_EXPORT QString FloatText(double Value);
+KV_EXPORT QString FloatText(float Value);
 
 } // namespace kv

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // Which editor edits which property, and the enumeration that makes the editors of a
 // selection. User-interface thread only.
 
@@ -17,11 +19,11 @@ namespace kv {
 // PropertyName (ignoring case; empty: any). The entry belongs to the current editor group
 // and leaves the registry when that group is freed. Raises kv::Exception for a null type
 // or editor.
-void RegisterPropertyEditor(PTypeInfo PropertyType, const QMetaObject *ComponentClass,
+KV_EXPORT void RegisterPropertyEditor(PTypeInfo PropertyType, const QMetaObject *ComponentClass,
                             const QString &PropertyName, TPropertyEditorClass Editor);
 // The same for a part of a value-class property: OwnerType is the value's type (QFont for
 // its Size).
-void RegisterPropertyEditor(PTypeInfo PropertyType, PTypeInfo OwnerType,
+KV_EXPORT void RegisterPropertyEditor(PTypeInfo PropertyType, PTypeInfo OwnerType,
                             const QString &PropertyName, TPropertyEditorClass Editor);
 // Any class (a plain nullptr would name neither a class nor an owner type).
 inline void RegisterPropertyEditor(PTypeInfo PropertyType, std::nullptr_t, const QString &PropertyName,
@@ -38,7 +40,7 @@ inline void RegisterPropertyEditor(PTypeInfo PropertyType, std::nullptr_t, const
 // Without a match the standard editor of the type's kind; null for a kind without one. (A
 // QObject pointer property without a setter holds a part of its object and gets
 // TClassProperty, one with a setter a reference: TComponentProperty.)
-TPropertyEditorClass GetEditorClass(PTypeInfo PropertyType, const QMetaObject *ComponentClass,
+KV_EXPORT TPropertyEditorClass GetEditorClass(PTypeInfo PropertyType, const QMetaObject *ComponentClass,
                                     PTypeInfo OwnerType, const QString &PropertyName);
 
 // Makes one editor per property that every object of Selection has (the same name and the
@@ -46,11 +48,11 @@ TPropertyEditorClass GetEditorClass(PTypeInfo PropertyType, const QMetaObject *C
 // Proc, in the order of the first object's class. Signals are the properties of kind
 // tkMethod. With more than one object only editors with paMultiSelect are made. Writes go
 // to Designer (may be null). Nothing for an empty selection; null objects are passed over.
-void GetComponentProperties(const QList<QObject *> &Selection, TTypeKinds Filter,
+KV_EXPORT void GetComponentProperties(const QList<QObject *> &Selection, TTypeKinds Filter,
                             IFormDesigner *Designer, const TGetPropEditProc &Proc);
 
 // The registry as a unit: CM_FREEEDITGROUP takes a group's entries out; Finalize frees the
 // registry and the per-class tables (FinalizePropertyEditors).
-void FinalizePropertyEditors();
+KV_EXPORT void FinalizePropertyEditors();
 
 } // namespace kv

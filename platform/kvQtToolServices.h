@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // Tool services of a Qt Widgets program: the main menu is the menu bar of the program's
 // main window, its items the QMenus and QActions below it.
 
@@ -12,7 +14,7 @@ class QWidget;
 
 namespace kv {
 
-class TQtToolServices : public TIToolServices
+class KV_EXPORT TQtToolServices : public TIToolServices
 {
 public:
     explicit TQtToolServices(QWidget *mainWindow);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The screen: the application's forms and data modules as the lookup routines, the
 // inspector's tree and the designers see them.
 //
@@ -25,7 +27,7 @@ class QWidget;
 
 namespace kv {
 
-class TScreen : public QObject
+class KV_EXPORT TScreen : public QObject
 {
     Q_OBJECT
 
@@ -86,6 +88,6 @@ private:
 };
 
 // The process-wide screen, created on first use.
-TScreen &Screen();
+KV_EXPORT TScreen &Screen();
 
 } // namespace kv

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The host's tool services: its main menu and the items in it. Every interface object
 // handed out is owned by the caller, which releases it by destroying it.
 
@@ -25,7 +27,7 @@ using TIMenuFlags = unsigned;
 class TIMenuItemIntf;
 using TIMenuClickEvent = std::function<void(TIMenuItemIntf *Sender)>;
 
-class TIMenuItemIntf
+class KV_EXPORT TIMenuItemIntf
 {
 public:
     virtual ~TIMenuItemIntf() = default;
@@ -43,7 +45,7 @@ public:
                                                        TIMenuClickEvent EventHandler) = 0;
 };
 
-class TIMainMenuIntf
+class KV_EXPORT TIMainMenuIntf
 {
 public:
     virtual ~TIMainMenuIntf() = default;
@@ -53,7 +55,7 @@ public:
     virtual std::unique_ptr<TIMenuItemIntf> FindMenuItem(const QString &Name) const = 0;
 };
 
-class TIToolServices
+class KV_EXPORT TIToolServices
 {
 public:
     virtual ~TIToolServices() = default;
@@ -62,6 +64,6 @@ public:
 };
 
 // The host's tool services, or null when the host has none. Not owned.
-TIToolServices *&ToolServices();
+KV_EXPORT TIToolServices *&ToolServices();
 
 } // namespace kv

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // Run-time type information over Qt's meta-types: the kinds of property types, with the
 // platform's ordinals so that saved masks keep their meaning (0x3FEFF is every kind but
 // tkMethod), and one interned TTypeInfo per type, so that "the same type" is a pointer
@@ -38,7 +40,7 @@ enum TTypeKind {
 };
 
 // A set of kinds: bit n stands for the kind with ordinal n.
-class TTypeKinds
+class KV_EXPORT TTypeKinds
 {
 public:
     constexpr TTypeKinds() = default;
@@ -74,7 +76,7 @@ constexpr TTypeKinds operator|(TTypeKind A, TTypeKind B)
 }
 
 // One named value of an enumeration or set type.
-struct TEnumKey
+struct KV_EXPORT TEnumKey
 {
     QString Name;
     qint64 Value = 0;
@@ -82,7 +84,7 @@ struct TEnumKey
 
 // What is known of one type. Interned: each type has exactly one, living to the end of the
 // process, so types compare by address.
-class TTypeInfo
+class KV_EXPORT TTypeInfo
 {
 public:
     TTypeKind Kind = tkUnknown;
@@ -117,22 +119,22 @@ using PTypeInfo = const TTypeInfo *;
 // QPoint, QRect, QMargins, QSizePolicy, QStringList, their F forms, pictures) tkClass. A
 // colour (TColor, QColor), a cursor and a key sequence are tkInteger, as the platform keeps
 // them; dates and times tkFloat. Anything else is tkUnknown.
-TTypeKind TypeKindOf(QMetaType Type);
+KV_EXPORT TTypeKind TypeKindOf(QMetaType Type);
 // The same for a property, where Q_FLAG types are tkSet and Q_ENUM types tkEnumeration.
-TTypeKind TypeKindOf(const QMetaProperty &Property);
+KV_EXPORT TTypeKind TypeKindOf(const QMetaProperty &Property);
 
 // The interned information of a type, created on first use. Never null: a type Qt does not
 // know is interned by its name with kind tkUnknown.
-PTypeInfo TypeInfoOf(QMetaType Type);
+KV_EXPORT PTypeInfo TypeInfoOf(QMetaType Type);
 // The property's type; Q_ENUM and Q_FLAG properties get their keys.
-PTypeInfo TypeInfoOf(const QMetaProperty &Property);
+KV_EXPORT PTypeInfo TypeInfoOf(const QMetaProperty &Property);
 // An enumeration or set type with the keys of Enum (a set when Enum is a flag).
-PTypeInfo TypeInfoOf(QMetaType Type, const QMetaEnum &Enum);
+KV_EXPORT PTypeInfo TypeInfoOf(QMetaType Type, const QMetaEnum &Enum);
 // The type of a signal: kind tkMethod, one per parameter list.
-PTypeInfo TypeInfoOf(const QMetaMethod &Signal);
+KV_EXPORT PTypeInfo TypeInfoOf(const QMetaMethod &Signal);
 // A set type that Qt has no enumerator for (TFontStyles), interned by Name; Keys are its
 // elements. The first call for a name fixes the keys.
-PTypeInfo SetTypeInfo(const QString &Name, QMetaType Type, const QList<TEnumKey> &Keys);
+KV_EXPORT PTypeInfo SetTypeInfo(const QString &Name, QMetaType Type, const QList<TEnumKey> &Keys);
 
 template <typename T>
 PTypeInfo TypeInfo()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The add-in that puts "Korvo IDE Inspector" into the host's Tools menu.
 
 #include "platform/kvExptIntf.h"
@@ -12,9 +14,9 @@ class TIMenuItemIntf;
 
 // Opens the IDE inspector window; filled by the unit that owns that window. Until then the
 // menu item has nothing to open.
-extern void (*ShowIDEInspectorProc)();
+extern KV_EXPORT void (*ShowIDEInspectorProc)();
 
-class TKVExpert : public TIExpert
+class KV_EXPORT TKVExpert : public TIExpert
 {
 public:
     explicit TKVExpert(const QString &AName);
@@ -42,9 +44,9 @@ private:
 };
 
 namespace IDEInspReg {
-void Initialize();
-void Finalize();
-void Register();
+KV_EXPORT void Initialize();
+KV_EXPORT void Finalize();
+KV_EXPORT void Register();
 } // namespace IDEInspReg
 
 } // namespace kv

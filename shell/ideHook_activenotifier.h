@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 #include <QObject>
 
 class QWidget;
@@ -9,7 +11,7 @@ namespace kv {
 // Raises OnActiveChanged every time a widget of the application receives the input
 // focus. All living notifiers share one connection to QApplication::focusChanged,
 // made while at least one exists.
-class TCustomActiveNotifier : public QObject
+class KV_EXPORT TCustomActiveNotifier : public QObject
 {
     Q_OBJECT
 public:

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The common implementation of the tree-source contract, the base of every concrete source.
 // On its own it shows nothing and refuses every action; it turns each change into the
 // notifications the views follow and tells the edited form's designer.
@@ -13,11 +15,11 @@ namespace kv {
 
 // The class name without namespaces and without a leading "T" ("TForm1" is "Form1",
 // "Alpha" stays "Alpha"); empty for null.
-QString GetBaseName(const QObject *Obj);
+KV_EXPORT QString GetBaseName(const QObject *Obj);
 // A cleared record with Id, ParentId, Source and Caption set.
-TNodeRec GetNodeRec(qintptr Id, qintptr ParentId, TTreeSource *Source, const QString &Caption);
+KV_EXPORT TNodeRec GetNodeRec(qintptr Id, qintptr ParentId, TTreeSource *Source, const QString &Caption);
 
-class TComponentSource : public TTreeSource, public INotifier
+class KV_EXPORT TComponentSource : public TTreeSource, public INotifier
 {
     Q_OBJECT
     Q_PROPERTY(QString Version READ Version STORED false)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // A source bound to one property of its tree link: it re-reads the property whenever the
 // link or the property name changes.
 
@@ -7,7 +9,7 @@
 
 namespace kv {
 
-class TKVPersistentSource : public TComponentSource
+class KV_EXPORT TKVPersistentSource : public TComponentSource
 {
     Q_OBJECT
 

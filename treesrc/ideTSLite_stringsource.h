@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // A source that shows a string-list property of its tree link line by line. Node ids are
 // line numbers counted from 1; lines have no children.
 
@@ -10,7 +12,7 @@
 
 namespace kv {
 
-class TCustomKVStringSource : public TKVPersistentSource
+class KV_EXPORT TCustomKVStringSource : public TKVPersistentSource
 {
     Q_OBJECT
 
@@ -44,7 +46,7 @@ private:
 };
 
 // The string source as a component: everything it needs is published.
-class TKVStringSource : public TCustomKVStringSource
+class KV_EXPORT TKVStringSource : public TCustomKVStringSource
 {
     Q_OBJECT
     Q_PROPERTY(QObject *Link READ GetTreeLink WRITE SetTreeLink)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The process-wide list of tree listeners: every view of every source registers a method
 // (Sender, Data, Code) here, and sources reach them through it, at once or posted.
 
@@ -15,7 +17,7 @@ namespace kv {
 
 // A notifier list that can also post: a posted message reaches the listeners after the
 // current call chain has returned.
-class TNotifierListEx : public TNotifierList
+class KV_EXPORT TNotifierListEx : public TNotifierList
 {
 public:
     TNotifierListEx();
@@ -39,8 +41,8 @@ private:
 };
 
 // The single tree listener list, created on first use.
-TNotifierListEx &GetTreeNotifiers();
+KV_EXPORT TNotifierListEx &GetTreeNotifiers();
 // Frees it with whatever is still posted; the next GetTreeNotifiers makes a new one.
-void FinalizeTreeNotifiers();
+KV_EXPORT void FinalizeTreeNotifiers();
 
 } // namespace kv

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kv_export.h"
+
 // The tree-source contract: the abstract source that views read nodes from and send their
 // requests to, the record a source hands out per node, and the codes of actions and
 // notifications. Views own no data; they change their nodes only when a source tells them
@@ -80,7 +82,7 @@ enum TTreeNotification : int {
 // What a source hands out per node. Default-constructed it is the cleared record: no ids, no
 // images, black font, no style. Listeners that keep anything copy it: a record lives only
 // for the call (sent) or until its source reuses it (posted).
-struct TNodeRec
+struct KV_EXPORT TNodeRec
 {
     qintptr Id = 0;
     // Enumerated: where the node's children are asked for (-1: at Id, 0: the top level of
@@ -111,12 +113,12 @@ using TIteratorProc = std::function<void(const TNodeRec &NodeRec)>;
 
 // The part of a caption that a tree shows, and the columns of a list view: Columns[0] is
 // the item caption, Columns[i] the text of extra column i - 1.
-QString TreeCaption(const QString &Caption);
-QStringList CaptionColumns(const QString &Caption);
+KV_EXPORT QString TreeCaption(const QString &Caption);
+KV_EXPORT QStringList CaptionColumns(const QString &Caption);
 
 // The abstract source. Image lists are QObjects handed in and out by pointer; a source does
 // not own them.
-class TTreeSource : public QObject
+class KV_EXPORT TTreeSource : public QObject
 {
     Q_OBJECT
 
