@@ -124,7 +124,7 @@ struct TForm
 
 } // namespace
 
-class TstDesigner : public QObject
+class tst_Designer : public QObject
 {
     Q_OBJECT
 
@@ -333,5 +333,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TstDesigner)
+QTEST_MAIN(tst_Designer)
 #include "tst_designer.moc"

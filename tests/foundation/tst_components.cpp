@@ -120,7 +120,7 @@ void CallPropEditRecorder(QObject *Obj, const QString &PropName)
 
 } // namespace
 
-class TestComponents : public QObject
+class tst_Components : public QObject
 {
     Q_OBJECT
 
@@ -149,7 +149,7 @@ private Q_SLOTS:
     void fonts();
 };
 
-void TestComponents::uniqueName()
+void tst_Components::uniqueName()
 {
     auto form = NamedWindow(u"Form1"_s);
     Make<QAction>(form.get(), u"N1"_s);
@@ -174,7 +174,7 @@ void TestComponents::uniqueName()
     QCOMPARE(UniqueName(form.get(), u"N"_s), u"N5"_s);
 }
 
-void TestComponents::findUniqueName()
+void tst_Components::findUniqueName()
 {
     auto form = NamedWindow(u"Editor"_s);
     auto copy = NamedWindow(u"Editor_1"_s);
@@ -188,7 +188,7 @@ void TestComponents::findUniqueName()
     QCOMPARE(FindUniqueName(u"Fresh"_s), u"Fresh"_s);
 }
 
-void TestComponents::globalFindObject()
+void tst_Components::globalFindObject()
 {
     auto main = NamedWindow(u"MainForm"_s);
     QPushButton *ok = Make<QPushButton>(Make<QWidget>(main.get(), u"Panel"_s), u"OkButton"_s);
@@ -210,7 +210,7 @@ void TestComponents::globalFindObject()
     QCOMPARE(GlobalFindObject(QString()), nullptr);
 }
 
-void TestComponents::formsAndTopOwners()
+void tst_Components::formsAndTopOwners()
 {
     auto form = NamedWindow(u"Form1"_s);
     QWidget *panel = Make<QWidget>(form.get(), u"Panel1"_s);
@@ -246,7 +246,7 @@ void TestComponents::formsAndTopOwners()
     QVERIFY(Screen().FormList().contains(ScreenForms(0)));
 }
 
-void TestComponents::componentNames()
+void tst_Components::componentNames()
 {
     auto form = NamedWindow(u"Form1"_s);
     QPushButton *ok = Make<QPushButton>(form.get(), u"OkButton"_s);
@@ -281,7 +281,7 @@ void TestComponents::componentNames()
     QCOMPARE(names, (QStringList{u"OkButton"_s, u"Data.Strange"_s}));
 }
 
-void TestComponents::createByClass()
+void tst_Components::createByClass()
 {
     RegisterClass(&TFactoryForm::staticMetaObject, [](QObject *) -> QObject * {
         auto *form = new TFactoryForm;
@@ -319,7 +319,7 @@ void TestComponents::createByClass()
     UnRegisterClass(&TFactoryForm::staticMetaObject);
 }
 
-void TestComponents::formFont()
+void tst_Components::formFont()
 {
     auto form = NamedWindow(u"Form"_s);
     SetFormFont(form.get());
@@ -345,7 +345,7 @@ void TestComponents::formFont()
     SetFormFont(nullptr);
 }
 
-void TestComponents::flatButtons()
+void tst_Components::flatButtons()
 {
     auto form = NamedWindow(u"Form"_s);
     auto *a = Make<QToolButton>(Make<QWidget>(form.get(), u"Bar"_s), u"A"_s);
@@ -362,7 +362,7 @@ void TestComponents::flatButtons()
     QVERIFY(!c->autoRaise());
 }
 
-void TestComponents::tabs_data()
+void tst_Components::tabs_data()
 {
     QTest::addColumn<int>("current");
     QTest::addColumn<bool>("forward");
@@ -376,7 +376,7 @@ void TestComponents::tabs_data()
     QTest::newRow("backward over hidden and disabled") << 4 << false << 2;
 }
 
-void TestComponents::tabs()
+void tst_Components::tabs()
 {
     QFETCH(int, current);
     QFETCH(bool, forward);
@@ -401,7 +401,7 @@ void TestComponents::tabs()
     QVERIFY(!ChangeTab(static_cast<QTabWidget *>(nullptr), forward));
 }
 
-void TestComponents::movePages()
+void tst_Components::movePages()
 {
     auto form = NamedWindow(u"Form"_s);
     auto *source = Make<QTabWidget>(form.get(), u"Source"_s);
@@ -427,7 +427,7 @@ void TestComponents::movePages()
     QCOMPARE(first->parentWidget()->parentWidget(), dest);
 }
 
-void TestComponents::menuSeparators_data()
+void tst_Components::menuSeparators_data()
 {
     QTest::addColumn<QString>("before");
     QTest::addColumn<QString>("after");
@@ -440,7 +440,7 @@ void TestComponents::menuSeparators_data()
     QTest::newRow("empty") << "" << "";
 }
 
-void TestComponents::menuSeparators()
+void tst_Components::menuSeparators()
 {
     QFETCH(QString, before);
     QFETCH(QString, after);
@@ -470,7 +470,7 @@ void TestComponents::menuSeparators()
     RemoveExtraMenuSeparators(static_cast<QAction *>(nullptr));
 }
 
-void TestComponents::sharedSeparatorSurvives()
+void tst_Components::sharedSeparatorSurvives()
 {
     QMenu menu;
     QMenu other;
@@ -484,7 +484,7 @@ void TestComponents::sharedSeparatorSurvives()
     QCOMPARE(other.actions(), QList<QAction *>{shared});
 }
 
-void TestComponents::clearMenuSubItems()
+void tst_Components::clearMenuSubItems()
 {
     QMenu bar;
     QMenu *file = bar.addMenu(u"File"_s);
@@ -517,7 +517,7 @@ void TestComponents::clearMenuSubItems()
     ClearMenuSubItems(static_cast<QMenu *>(nullptr), true);
 }
 
-void TestComponents::optionForms()
+void tst_Components::optionForms()
 {
     const QMetaObject *a = &QWidget::staticMetaObject;
     const QMetaObject *b = &QMainWindow::staticMetaObject;
@@ -554,7 +554,7 @@ void TestComponents::optionForms()
     QVERIFY(OptionFormClasses().isEmpty());
 }
 
-void TestComponents::broadcasts()
+void tst_Components::broadcasts()
 {
     TListener listener;
     ShowInspector();
@@ -587,7 +587,7 @@ void TestComponents::broadcasts()
     QVERIFY(!ComponentState(&component).testFlag(csDesigning));
 }
 
-void TestComponents::updateEditors()
+void tst_Components::updateEditors()
 {
     QWidget panel;
     auto *first = new TEditor(&panel);
@@ -605,7 +605,7 @@ void TestComponents::updateEditors()
     UpdateEditors(nullptr);
 }
 
-void TestComponents::rects_data()
+void tst_Components::rects_data()
 {
     QTest::addColumn<int>("horz");
     QTest::addColumn<int>("vert");
@@ -619,7 +619,7 @@ void TestComponents::rects_data()
     QTest::newRow("right, keep y") << int(haRight) << int(vaNone) << QRect(180, 6, 20, 10);
 }
 
-void TestComponents::rects()
+void tst_Components::rects()
 {
     QFETCH(int, horz);
     QFETCH(int, vert);
@@ -634,7 +634,7 @@ void TestComponents::rects()
     QCOMPARE(CorrectRectByRect(QRect(0, 0, 300, 300), bounds), QRect(100, 200, 300, 300));
 }
 
-void TestComponents::transparentBlit()
+void tst_Components::transparentBlit()
 {
     QImage source(2, 2, QImage::Format_RGB32);
     source.fill(Qt::blue);
@@ -666,7 +666,7 @@ void TestComponents::transparentBlit()
     QCOMPARE(filled.pixelColor(9, 5), QColor(Qt::white));
 }
 
-void TestComponents::fonts()
+void tst_Components::fonts()
 {
     if (!QFontDatabase::hasFamily(u"DejaVu Sans Mono"_s) || !QFontDatabase::hasFamily(u"DejaVu Sans"_s))
         QSKIP("the DejaVu fonts are not installed");
@@ -674,5 +674,5 @@ void TestComponents::fonts()
     QVERIFY(!IsFontMonoSpaced(QFont(u"DejaVu Sans"_s, 10)));
 }
 
-QTEST_MAIN(TestComponents)
+QTEST_MAIN(tst_Components)
 #include "tst_components.moc"

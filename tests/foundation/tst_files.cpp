@@ -31,7 +31,7 @@ QByteArray ReadFile(const QString &name)
 
 } // namespace
 
-class TestFiles : public QObject
+class tst_Files : public QObject
 {
     Q_OBJECT
 
@@ -56,7 +56,7 @@ private Q_SLOTS:
     void errors();
 };
 
-void TestFiles::fileBakName_data()
+void tst_Files::fileBakName_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("backup");
@@ -71,14 +71,14 @@ void TestFiles::fileBakName_data()
     QTest::newRow("bare point") << "a." << "a.~";
 }
 
-void TestFiles::fileBakName()
+void tst_Files::fileBakName()
 {
     QFETCH(QString, name);
     QFETCH(QString, backup);
     QCOMPARE(FileBakName(name), backup);
 }
 
-void TestFiles::renameToBak()
+void tst_Files::renameToBak()
 {
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
@@ -95,7 +95,7 @@ void TestFiles::renameToBak()
     QCOMPARE(ReadFile(backup), QByteArray("new"));
 }
 
-void TestFiles::renameToBakFailure()
+void tst_Files::renameToBakFailure()
 {
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
@@ -112,7 +112,7 @@ void TestFiles::renameToBakFailure()
     QCOMPARE(ReadFile(name), QByteArray("keep me"));
 }
 
-void TestFiles::fileNames_data()
+void tst_Files::fileNames_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("onlyName");
@@ -131,7 +131,7 @@ void TestFiles::fileNames_data()
     QTest::newRow("so inside a name") << "libsound.a" << "libsound" << "a" << true << false;
 }
 
-void TestFiles::fileNames()
+void tst_Files::fileNames()
 {
     QFETCH(QString, name);
     QFETCH(QString, onlyName);
@@ -144,7 +144,7 @@ void TestFiles::fileNames()
     QCOMPARE(ChangeFileName(u"/a/b/c.txt"_s, u"d.ini"_s), u"/a/b/d.ini"_s);
 }
 
-void TestFiles::findFiles()
+void tst_Files::findFiles()
 {
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
@@ -177,7 +177,7 @@ void TestFiles::findFiles()
     QCOMPARE(ExtractFilePaths({u"x.txt"_s}), QStringList{u"./"_s});
 }
 
-void TestFiles::forEachFileStops()
+void tst_Files::forEachFileStops()
 {
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
@@ -193,7 +193,7 @@ void TestFiles::forEachFileStops()
     QCOMPARE(calls, 2);
 }
 
-void TestFiles::permissions()
+void tst_Files::permissions()
 {
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
@@ -215,7 +215,7 @@ void TestFiles::permissions()
     QVERIFY(QFile(b).permissions() & QFileDevice::WriteOwner);
 }
 
-void TestFiles::saveStringToFile()
+void tst_Files::saveStringToFile()
 {
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
@@ -232,7 +232,7 @@ void TestFiles::saveStringToFile()
     }
 }
 
-void TestFiles::expandRelative()
+void tst_Files::expandRelative()
 {
     QCOMPARE(ExpandRelativeFileName(u"/base/dir"_s, u"../x.txt"_s), u"/base/x.txt"_s);
     QCOMPARE(ExpandRelativeFileName(u"/base/dir"_s, u"./a/./b.txt"_s), u"/base/dir/a/b.txt"_s);
@@ -241,7 +241,7 @@ void TestFiles::expandRelative()
     QCOMPARE(AppFolder(), QCoreApplication::applicationDirPath() + u'/');
 }
 
-void TestFiles::queryDirectory()
+void tst_Files::queryDirectory()
 {
     QString asked;
     const TQueryDirectoryHook previous = SetQueryDirectoryHook([&asked](const QString &caption, QString &dir) {
@@ -261,7 +261,7 @@ void TestFiles::queryDirectory()
     SetQueryDirectoryHook(previous);
 }
 
-void TestFiles::dropFiles_data()
+void tst_Files::dropFiles_data()
 {
     QTest::addColumn<bool>("pathOnly");
     QTest::addColumn<bool>("multiple");
@@ -274,7 +274,7 @@ void TestFiles::dropFiles_data()
     QTest::newRow("all as folders") << true << true << "%1/;%1/folder;%1/sub/";
 }
 
-void TestFiles::dropFiles()
+void tst_Files::dropFiles()
 {
     QFETCH(bool, pathOnly);
     QFETCH(bool, multiple);
@@ -296,7 +296,7 @@ void TestFiles::dropFiles()
     QCOMPARE(DropFiles(nullptr, pathOnly, multiple, u";"_s), QString());
 }
 
-void TestFiles::log()
+void tst_Files::log()
 {
     WriteLogEvent = nullptr;
     WriteToLog(u"nobody listens"_s);
@@ -322,7 +322,7 @@ void TestFiles::log()
     QCOMPARE(GUIDToString(StringToGUID(guid)), guid);
 }
 
-void TestFiles::guids()
+void tst_Files::guids()
 {
     const QUuid guid = StringToGUID(u"{0a1b2c3d-4e5f-6071-8293-a4b5c6d7e8f9}"_s);
     QCOMPARE(GUIDToString(guid), u"{0A1B2C3D-4E5F-6071-8293-A4B5C6D7E8F9}"_s);
@@ -339,7 +339,7 @@ void TestFiles::guids()
     QVERIFY(CreateNewGUID() != CreateNewGUID());
 }
 
-void TestFiles::loadedModules()
+void tst_Files::loadedModules()
 {
     const QList<TModuleInfo> modules = LoadedModules();
     QVERIFY(modules.size() > 3);
@@ -369,7 +369,7 @@ void TestFiles::loadedModules()
         QVERIFY2(FileIsPackage(package), qPrintable(package));
 }
 
-void TestFiles::errors()
+void tst_Files::errors()
 {
     try {
         Error(u"plain"_s);
@@ -385,5 +385,5 @@ void TestFiles::errors()
     }
 }
 
-QTEST_GUILESS_MAIN(TestFiles)
+QTEST_GUILESS_MAIN(tst_Files)
 #include "tst_files.moc"

@@ -45,7 +45,7 @@ private:
 
 } // namespace
 
-class TstNotifierList : public QObject
+class tst_NotifierList : public QObject
 {
     Q_OBJECT
 
@@ -56,7 +56,7 @@ private Q_SLOTS:
     void notifyDestroying();
 };
 
-void TstNotifierList::addDeleteAndOrder()
+void tst_NotifierList::addDeleteAndOrder()
 {
     QStringList log;
     TListener a(u"A"_s, log), b(u"B"_s, log), c(u"C"_s, log);
@@ -83,7 +83,7 @@ void TstNotifierList::addDeleteAndOrder()
     QCOMPARE(list.Methods(), (QList<TNotifierProc>{b.Notify(), c.Notify()}));
 }
 
-void TstNotifierList::walk_data()
+void tst_NotifierList::walk_data()
 {
     // Methods of A B C D are added in this order; C, the second called, acts during the
     // first call: delete (DeleteMethod), add (E is not held beforehand), data
@@ -105,7 +105,7 @@ void TstNotifierList::walk_data()
     QTest::newRow("throws") << "throw:" << "D C" << "A B C D";
 }
 
-void TstNotifierList::walk()
+void tst_NotifierList::walk()
 {
     QFETCH(QString, action);
     QFETCH(QString, calls);
@@ -154,7 +154,7 @@ void TstNotifierList::walk()
     QCOMPARE(list ? held.join(u' ') : u"-"_s, after);
 }
 
-void TstNotifierList::notifyDestroying()
+void tst_NotifierList::notifyDestroying()
 {
     QStringList log;
     QObject owner;
@@ -183,5 +183,5 @@ void TstNotifierList::notifyDestroying()
     QVERIFY(log.isEmpty());
 }
 
-QTEST_GUILESS_MAIN(TstNotifierList)
+QTEST_GUILESS_MAIN(tst_NotifierList)
 #include "tst_notifierlist.moc"

@@ -77,7 +77,7 @@ struct TFocusFixture
 
 } // namespace
 
-class TstNotifiers : public QObject
+class tst_Notifiers : public QObject
 {
     Q_OBJECT
 
@@ -96,13 +96,13 @@ private Q_SLOTS:
     void finalizeFreesEverything();
 };
 
-void TstNotifiers::cleanup()
+void tst_Notifiers::cleanup()
 {
     QCOMPARE(NotifierRegistry().Count(), 0);
     QCOMPARE(IDEUpdateCount, 0);
 }
 
-void TstNotifiers::walk_data()
+void tst_Notifiers::walk_data()
 {
     // A B C D are registered in this order; C, the second visited, acts during the first
     // broadcast: "op:X,Y" steps joined by ';', op one of unregister, register (E is not
@@ -129,7 +129,7 @@ void TstNotifiers::walk_data()
     QTest::newRow("unregisters an older one, throws") << "unregister:A;throw:" << "D C" << "B C D";
 }
 
-void TstNotifiers::walk()
+void tst_Notifiers::walk()
 {
     QFETCH(QString, action);
     QFETCH(QString, visits);
@@ -178,7 +178,7 @@ void TstNotifiers::walk()
     QCOMPARE(log.join(u' '), after);
 }
 
-void TstNotifiers::compactionDuringBroadcast()
+void tst_Notifiers::compactionDuringBroadcast()
 {
     // Enough removals, visited notifiers and the acting one among them, to compact the
     // registry while a broadcast walks it.
@@ -209,7 +209,7 @@ void TstNotifiers::compactionDuringBroadcast()
     QCOMPARE(log.first(), u"97"_s);
 }
 
-void TstNotifiers::reentrantBroadcast()
+void tst_Notifiers::reentrantBroadcast()
 {
     QStringList log;
     TProbe a(u"A"_s, log), b(u"B"_s, log), c(u"C"_s, log);
@@ -226,7 +226,7 @@ void TstNotifiers::reentrantBroadcast()
     QCOMPARE(c.Numbers, (QList<quint32>{CM_IDECHANGED, CM_REGISTERCOMPS}));
 }
 
-void TstNotifiers::agreeStopsAtFirstAnswer()
+void tst_Notifiers::agreeStopsAtFirstAnswer()
 {
     QStringList log;
     TProbe a(u"A"_s, log), b(u"B"_s, log), c(u"C"_s, log);
@@ -246,7 +246,7 @@ void TstNotifiers::agreeStopsAtFirstAnswer()
     QCOMPARE(a.ResultsSeen.last(), 1); // carried on to the older ones
 }
 
-void TstNotifiers::updateBracket()
+void tst_Notifiers::updateBracket()
 {
     QStringList log;
     TProbe probe(u"P"_s, log);
@@ -267,7 +267,7 @@ void TstNotifiers::updateBracket()
     QCOMPARE(probe.CountsSeen, (QList<int>{0, 0, 0}));
 }
 
-void TstNotifiers::payloads()
+void tst_Notifiers::payloads()
 {
     QStringList log, decoded;
     TProbe probe(u"P"_s, log);
@@ -356,7 +356,7 @@ void TstNotifiers::payloads()
     BroadcastPropChanged(nullptr, changed, u"Text"_s);
 }
 
-void TstNotifiers::separateRegistry()
+void tst_Notifiers::separateRegistry()
 {
     QStringList log;
     TProbe global(u"G"_s, log), x(u"X"_s, log), y(u"Y"_s, log);
@@ -370,7 +370,7 @@ void TstNotifiers::separateRegistry()
     QCOMPARE(log.join(u' '), u"Y"_s);
 }
 
-void TstNotifiers::messageAnswerLifetime()
+void tst_Notifiers::messageAnswerLifetime()
 {
     QStringList log;
     TProbe older(u"O"_s, log);
@@ -393,7 +393,7 @@ void TstNotifiers::messageAnswerLifetime()
     QCOMPARE(RegisteredNames(), u"O K"_s);
 }
 
-void TstNotifiers::focusChanges()
+void tst_Notifiers::focusChanges()
 {
     TFocusFixture f;
     QVERIFY(QTest::qWaitForWindowActive(&f.window));
@@ -424,7 +424,7 @@ void TstNotifiers::focusChanges()
     QCOMPARE(version.read(&published).toString(), u"3.1"_s);
 }
 
-void TstNotifiers::finalizeFreesEverything()
+void tst_Notifiers::finalizeFreesEverything()
 {
     QStringList log;
     TProbe forgotten(u"F"_s, log);
@@ -448,5 +448,5 @@ void TstNotifiers::finalizeFreesEverything()
     FinalizeNotifiers();
 }
 
-QTEST_MAIN(TstNotifiers)
+QTEST_MAIN(tst_Notifiers)
 #include "tst_notifiers.moc"

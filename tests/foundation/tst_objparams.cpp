@@ -75,7 +75,7 @@ private:
 
 using namespace probe;
 
-class TstObjParams : public QObject
+class tst_ObjParams : public QObject
 {
     Q_OBJECT
 
@@ -92,12 +92,12 @@ private Q_SLOTS:
     void freeingAGroup();
 };
 
-void TstObjParams::cleanup()
+void tst_ObjParams::cleanup()
 {
     FinalizeObjectParamList();
 }
 
-void TstObjParams::lookups()
+void tst_ObjParams::lookups()
 {
     TLeaf leaf;
     RegisterObjectEx(&leaf, {{"Kind", "leaf-object"}});
@@ -176,7 +176,7 @@ void TstObjParams::lookups()
     }
 }
 
-void TstObjParams::collections()
+void tst_ObjParams::collections()
 {
     TObjectParamListItem *mid = RegisterClassExt(&TMid::staticMetaObject, {{"N", 5}});
     RegisterClassExt(&TBase::staticMetaObject, {{"N", 5}});
@@ -194,7 +194,7 @@ void TstObjParams::collections()
                                          &TLeaf::staticMetaObject}));
 }
 
-void TstObjParams::itemExParent()
+void tst_ObjParams::itemExParent()
 {
     TObjectParamListItem *mid = RegisterClassExt(&TMid::staticMetaObject, {{"P", 1}});
     TObjectParamListItem *sibling = RegisterClassExt(&TSibling::staticMetaObject, {{"Q", 1}});
@@ -214,7 +214,7 @@ void TstObjParams::itemExParent()
     QCOMPARE(GetItemExParent(Leaf, nullptr, {{"S", 1}}), nullptr);
 }
 
-void TstObjParams::valuesAreNormalised()
+void tst_ObjParams::valuesAreNormalised()
 {
     QObject object;
     QTimer timer;
@@ -259,7 +259,7 @@ void TstObjParams::valuesAreNormalised()
              &TMid::staticMetaObject);
 }
 
-void TstObjParams::parameters()
+void tst_ObjParams::parameters()
 {
     TObjectParamListItem *item = RegisterClassExt(&TMid::staticMetaObject, {{"beta", 1}, {"Alpha", "a"}});
     QVERIFY(!item->GetParamByName(u"Gamma").isValid());
@@ -278,7 +278,7 @@ void TstObjParams::parameters()
     QCOMPARE(twice->GetParamByName(u"X"), QVariant(qlonglong(2)));
 }
 
-void TstObjParams::registrationAndRemoval()
+void tst_ObjParams::registrationAndRemoval()
 {
     TObjectParamListItem *first = RegisterClassExt(&TMid::staticMetaObject, {{"N", 1}});
     TObjectParamListItem *other = RegisterClassExt(&TOther::staticMetaObject, {{"N", 1}});
@@ -309,7 +309,7 @@ void TstObjParams::registrationAndRemoval()
     QCOMPARE(ObjectParamList().Count(), 1);
 }
 
-void TstObjParams::objectEntriesFollowTheirObject()
+void tst_ObjParams::objectEntriesFollowTheirObject()
 {
     auto object = std::make_unique<TLeaf>();
     TLeaf keeper;
@@ -331,7 +331,7 @@ void TstObjParams::objectEntriesFollowTheirObject()
     QCOMPARE(ObjectParamList().Count(), 0);
 }
 
-void TstObjParams::forEveryClass()
+void tst_ObjParams::forEveryClass()
 {
     TObjectParamListItem *mid = RegisterClassExt(&TMid::staticMetaObject, {{"I", 0}});
     RegisterClassExt(&TOther::staticMetaObject, {{"I", 1}});
@@ -377,7 +377,7 @@ void TstObjParams::forEveryClass()
     Q_UNUSED(leaf);
 }
 
-void TstObjParams::freeingAGroup()
+void tst_ObjParams::freeingAGroup()
 {
     const int outer = CurrentGroup();
     TObjectParamListItem *before = RegisterClassExt(&TBase::staticMetaObject, {{"N", 1}});
@@ -416,5 +416,5 @@ void TstObjParams::freeingAGroup()
     QCOMPARE(ObjectParamList().Count(), 1);
 }
 
-QTEST_GUILESS_MAIN(TstObjParams)
+QTEST_GUILESS_MAIN(tst_ObjParams)
 #include "tst_objparams.moc"

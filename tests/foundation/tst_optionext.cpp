@@ -144,7 +144,7 @@ public:
 
 using namespace probe;
 
-class TstOptionExt : public QObject
+class tst_OptionExt : public QObject
 {
     Q_OBJECT
 
@@ -165,7 +165,7 @@ private:
     TFakeStorage m_storage;
 };
 
-void TstOptionExt::init()
+void tst_OptionExt::init()
 {
     m_storage.Stored.clear();
     m_storage.Stored[u"TestOptions"_s] = QVariantMap{{u"Width"_s, 42}, {u"Caption"_s, u"stored"_s}};
@@ -173,14 +173,14 @@ void TstOptionExt::init()
     Events.clear();
 }
 
-void TstOptionExt::cleanup()
+void tst_OptionExt::cleanup()
 {
     FinalizeOptionExts();
     FinalizeObjectParamList();
     SetOptionStorage(nullptr);
 }
 
-void TstOptionExt::firstInstanceLoadsSecondIsACopy()
+void tst_OptionExt::firstInstanceLoadsSecondIsACopy()
 {
     TTestOptions *global = GetOptionsByClass<TTestOptions>();
     QVERIFY(global->IsGlobal());
@@ -213,7 +213,7 @@ void TstOptionExt::firstInstanceLoadsSecondIsACopy()
     QVERIFY(owned->GlobalInstance()->IsGlobal());
 }
 
-void TstOptionExt::copiesApplyToTheGlobal()
+void tst_OptionExt::copiesApplyToTheGlobal()
 {
     TTestOptions *global = GetOptionsByClass<TTestOptions>();
     global->Scratch = 5;
@@ -247,7 +247,7 @@ void TstOptionExt::copiesApplyToTheGlobal()
     QCOMPARE(GetOptionsByClass<TTestOptions>()->Width(), 99);
 }
 
-void TstOptionExt::updateBrackets()
+void tst_OptionExt::updateBrackets()
 {
     TTestOptions *global = GetOptionsByClass<TTestOptions>();
     Events.clear();
@@ -272,7 +272,7 @@ void TstOptionExt::updateBrackets()
     QCOMPARE(Events, QStringList{u"update TTestOptions (disabled)"_s});
 }
 
-void TstOptionExt::withoutStorage()
+void tst_OptionExt::withoutStorage()
 {
     SetOptionStorage(nullptr);
     TTestOptions *global = GetOptionsByClass<TTestOptions>();
@@ -283,7 +283,7 @@ void TstOptionExt::withoutStorage()
     QCOMPARE(SetOptionStorage(&m_storage), nullptr);
 }
 
-void TstOptionExt::saveGlobalOptions()
+void tst_OptionExt::saveGlobalOptions()
 {
     TTestOptions *global = GetOptionsByClass<TTestOptions>();
     GetOptionsByClass<TOtherOptions>()->Level = 4;
@@ -306,7 +306,7 @@ void TstOptionExt::saveGlobalOptions()
     QCOMPARE(GetOptionsByClass<TOtherOptions>()->Level, 4);
 }
 
-void TstOptionExt::keys()
+void tst_OptionExt::keys()
 {
     QCOMPARE(GetOptionsByClass<TTestOptions>()->GetKey(), u"TestOptions"_s);
     QCOMPARE(GetOptionsByClass<MyOptions>()->GetKey(), u"MyOptions"_s);
@@ -315,7 +315,7 @@ void TstOptionExt::keys()
     QVERIFY(Events.contains(u"load Tools\\Keyed"_s));
 }
 
-void TstOptionExt::assignAllProps()
+void tst_OptionExt::assignAllProps()
 {
     TTestOptions options;
     options.SetWidth(5);
@@ -347,7 +347,7 @@ void TstOptionExt::assignAllProps()
     QCOMPARE(options.Width(), 6);
 }
 
-void TstOptionExt::optionExtList()
+void tst_OptionExt::optionExtList()
 {
     RegisterOptionExt<TTestOptions>();
     TObjectParamListItem *other = RegisterOptionExt<TOtherOptions>();
@@ -381,7 +381,7 @@ void TstOptionExt::optionExtList()
     QVERIFY_THROWS_EXCEPTION(Exception, GetOptionsByClass(&TOtherShape::staticMetaObject));
 }
 
-void TstOptionExt::classesKnownByMetaObject()
+void tst_OptionExt::classesKnownByMetaObject()
 {
     // Unknown to every registry: a clear error, no object.
     try {
@@ -401,5 +401,5 @@ void TstOptionExt::classesKnownByMetaObject()
     QCOMPARE(Events, QStringList{u"load RegistryOptions"_s});
 }
 
-QTEST_GUILESS_MAIN(TstOptionExt)
+QTEST_GUILESS_MAIN(tst_OptionExt)
 #include "tst_optionext.moc"

@@ -103,7 +103,7 @@ QString PopupNames()
 
 } // namespace
 
-class TstPackaged : public QObject
+class tst_Packaged : public QObject
 {
     Q_OBJECT
 
@@ -129,7 +129,7 @@ private:
     }
 };
 
-void TstPackaged::cleanup()
+void tst_Packaged::cleanup()
 {
     FinalizeClassItems();
     FinalizeEditClasses();
@@ -137,7 +137,7 @@ void TstPackaged::cleanup()
     OnFreed = nullptr;
 }
 
-void TstPackaged::packagedCollection()
+void tst_Packaged::packagedCollection()
 {
     TPackagedCollectionOf<TMarkItem> items;
     QCOMPARE(items.Last(), nullptr);
@@ -168,8 +168,8 @@ void TstPackaged::packagedCollection()
     // Freed items are out of the collection by the time anyone hears of their end.
     qsizetype countSeen = -1;
     OnFreed = [&] { countSeen = items.Count(); };
-    kvAddFreeNotification(b, TFreeNotifyMethod::Of<&TstPackaged::FreedWithAction>(this));
-    kvAddFreeNotification(c, TFreeNotifyMethod::Of<&TstPackaged::Freed>(this));
+    kvAddFreeNotification(b, TFreeNotifyMethod::Of<&tst_Packaged::FreedWithAction>(this));
+    kvAddFreeNotification(c, TFreeNotifyMethod::Of<&tst_Packaged::Freed>(this));
     const void *bAddress = b;
     const void *cAddress = c;
     FreeEditorGroup(group);
@@ -194,7 +194,7 @@ void TstPackaged::packagedCollection()
     BroadCastToNotifiers(nullptr, CM_FREEEDITGROUP, CurrentGroup(), 0);
 }
 
-void TstPackaged::unloadingAGroupRemovesExactlyItsPopups()
+void tst_Packaged::unloadingAGroupRemovesExactlyItsPopups()
 {
     const QMetaType colorType = QMetaType::fromType<QColor>();
     const QMetaType dateType = QMetaType::fromType<QDate>();
@@ -226,7 +226,7 @@ void TstPackaged::unloadingAGroupRemovesExactlyItsPopups()
     QCOMPARE(GetClass(u"TColorPopup"_s), &TColorPopup::staticMetaObject);
 }
 
-void TstPackaged::unregisterEditClasses()
+void tst_Packaged::unregisterEditClasses()
 {
     const QMetaType intType = QMetaType::fromType<int>();
     const QMetaType stringType = QMetaType::fromType<QString>();
@@ -269,7 +269,7 @@ void TstPackaged::unregisterEditClasses()
     QCOMPARE(EditSourceClasses().Count(), 0);
 }
 
-void TstPackaged::classItems()
+void tst_Packaged::classItems()
 {
     TClassItems &items = ClassItems();
     TClassItem *mid = items.RegisterClass(&TMid::staticMetaObject, icNoIcon);
@@ -298,7 +298,7 @@ void TstPackaged::classItems()
     QVERIFY(!IsIconClass(&TBase::staticMetaObject));
 }
 
-void TstPackaged::registerComponents()
+void tst_Packaged::registerComponents()
 {
     TCounter announced(CM_REGISTERCOMPS);
     RegisterNoIcon({&TButtonB::staticMetaObject});
@@ -334,7 +334,7 @@ void TstPackaged::registerComponents()
     QCOMPARE(announced.Count, 4);
 }
 
-void TstPackaged::safeRegisterClass()
+void tst_Packaged::safeRegisterClass()
 {
     const QMetaObject *const One = &one::TTwin::staticMetaObject;
     const QMetaObject *const Two = &two::TTwin::staticMetaObject;
@@ -356,5 +356,5 @@ void TstPackaged::safeRegisterClass()
     QVERIFY_THROWS_EXCEPTION(Exception, SafeRegisterClass(nullptr));
 }
 
-QTEST_GUILESS_MAIN(TstPackaged)
+QTEST_GUILESS_MAIN(tst_Packaged)
 #include "tst_packaged.moc"

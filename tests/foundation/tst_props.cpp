@@ -116,7 +116,7 @@ void Fill(TOptions &o)
 
 } // namespace
 
-class TestProps : public QObject
+class tst_Props : public QObject
 {
     Q_OBJECT
 
@@ -141,7 +141,7 @@ private Q_SLOTS:
     void iniFileErrors();
 };
 
-void TestProps::findAndAccess()
+void tst_Props::findAndAccess()
 {
     TOptions o;
     QVERIFY(FindProperty(&o, u"width").isValid());
@@ -174,7 +174,7 @@ void TestProps::findAndAccess()
     QCOMPARE(names.size(), 1 + 1 + 16);
 }
 
-void TestProps::assignAllPropsExclude()
+void tst_Props::assignAllPropsExclude()
 {
     TOptions source;
     Fill(source);
@@ -198,7 +198,7 @@ void TestProps::assignAllPropsExclude()
     AssignAllPropsExclude(&source, nullptr, {});
 }
 
-void TestProps::assignNamedProps()
+void tst_Props::assignNamedProps()
 {
     TOptions source;
     Fill(source);
@@ -226,7 +226,7 @@ void TestProps::assignNamedProps()
     QCOMPARE(button.text(), u"Check"_s);
 }
 
-void TestProps::textRoundTrip()
+void tst_Props::textRoundTrip()
 {
     TOptions source;
     Fill(source);
@@ -276,7 +276,7 @@ void TestProps::textRoundTrip()
     QVERIFY(!PropValueFromText(FindProperty(&source, u"Start"), u"29.02.2024"_s, value));
 }
 
-void TestProps::assignPropsFromStrings()
+void tst_Props::assignPropsFromStrings()
 {
     TOptions o;
     AssignPropsFromStrings(&o, {u"Width=12"_s, u"no equals sign"_s, u"Nope=1"_s, u" align =alTop"_s,
@@ -296,7 +296,7 @@ void TestProps::assignPropsFromStrings()
     QCOMPARE(o.m_ratio, 0.0);
 }
 
-void TestProps::correctBool_data()
+void tst_Props::correctBool_data()
 {
     QTest::addColumn<QVariant>("value");
     QTest::addColumn<QVariant>("expected");
@@ -308,7 +308,7 @@ void TestProps::correctBool_data()
     QTest::newRow("invalid") << QVariant() << QVariant();
 }
 
-void TestProps::correctBool()
+void tst_Props::correctBool()
 {
     QFETCH(QVariant, value);
     QFETCH(QVariant, expected);
@@ -317,7 +317,7 @@ void TestProps::correctBool()
     QCOMPARE(corrected, expected);
 }
 
-void TestProps::displayNames()
+void tst_Props::displayNames()
 {
     TColumn column;
     QCOMPARE(GetColItemDisplayName(&column), u"Column TItem"_s);
@@ -329,7 +329,7 @@ void TestProps::displayNames()
     QCOMPARE(GetColItemDisplayName(nullptr), QString());
 }
 
-void TestProps::resourceNames_data()
+void tst_Props::resourceNames_data()
 {
     QTest::addColumn<uint>("type");
     QTest::addColumn<QString>("name");
@@ -344,7 +344,7 @@ void TestProps::resourceNames_data()
     QTest::newRow("240") << 240u << "240";
 }
 
-void TestProps::resourceNames()
+void tst_Props::resourceNames()
 {
     QFETCH(uint, type);
     QFETCH(QString, name);
@@ -354,7 +354,7 @@ void TestProps::resourceNames()
     QCOMPARE(StringFromRName(u"MAINICON"_s), u"MAINICON"_s);
 }
 
-void TestProps::declarationTypeNames_data()
+void tst_Props::declarationTypeNames_data()
 {
     QTest::addColumn<int>("code");
     QTest::addColumn<QString>("name");
@@ -368,14 +368,14 @@ void TestProps::declarationTypeNames_data()
     QTest::newRow("negative") << -1 << "";
 }
 
-void TestProps::declarationTypeNames()
+void tst_Props::declarationTypeNames()
 {
     QFETCH(int, code);
     QFETCH(QString, name);
     QCOMPARE(ConvertDelphiTypeToString(code), name);
 }
 
-void TestProps::iterate()
+void tst_Props::iterate()
 {
     TOptions o;
     QStringList seen;
@@ -400,7 +400,7 @@ void TestProps::iterate()
     QCOMPARE(seen.size(), 16);
 }
 
-void TestProps::typeKinds_data()
+void tst_Props::typeKinds_data()
 {
     QTest::addColumn<QString>("property");
     QTest::addColumn<int>("kind");
@@ -417,7 +417,7 @@ void TestProps::typeKinds_data()
     QTest::newRow("object") << "Link" << int(tkClass);
 }
 
-void TestProps::typeKinds()
+void tst_Props::typeKinds()
 {
     QFETCH(QString, property);
     QFETCH(int, kind);
@@ -430,7 +430,7 @@ void TestProps::typeKinds()
     QVERIFY(!TTypeKinds::Properties().Contains(tkMethod));
 }
 
-void TestProps::classes()
+void tst_Props::classes()
 {
     QPushButton button;
     QVERIFY(InheritsFromClassName(&button, u"qabstractbutton"));
@@ -454,7 +454,7 @@ void TestProps::classes()
     QCOMPARE(GetClassModule(nullptr), QString());
 }
 
-void TestProps::iniFile()
+void tst_Props::iniFile()
 {
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
@@ -520,7 +520,7 @@ void TestProps::iniFile()
     OptionsFileName = previous;
 }
 
-void TestProps::iniFileErrors()
+void tst_Props::iniFileErrors()
 {
     TOptions o;
     try {
@@ -545,5 +545,5 @@ void TestProps::iniFileErrors()
     }
 }
 
-QTEST_MAIN(TestProps)
+QTEST_MAIN(tst_Props)
 #include "tst_props.moc"

@@ -29,7 +29,7 @@ struct TCounted
 
 } // namespace
 
-class TestStringLists : public QObject
+class tst_StringLists : public QObject
 {
     Q_OBJECT
 
@@ -46,7 +46,7 @@ private Q_SLOTS:
     void ownedLists();
 };
 
-void TestStringLists::findInStrings_data()
+void tst_StringLists::findInStrings_data()
 {
     QTest::addColumn<QString>("pattern");
     QTest::addColumn<TSearchParams>("params");
@@ -83,7 +83,7 @@ void TestStringLists::findInStrings_data()
     QTest::newRow("back, line below the list") << "beta" << back << QPoint(1, 9) << true << QPoint(9, 3);
 }
 
-void TestStringLists::findInStrings()
+void tst_StringLists::findInStrings()
 {
     QFETCH(QString, pattern);
     QFETCH(TSearchParams, params);
@@ -96,7 +96,7 @@ void TestStringLists::findInStrings()
     QCOMPARE(pos, end);
 }
 
-void TestStringLists::findNothingLeavesPos()
+void tst_StringLists::findNothingLeavesPos()
 {
     QPoint pos(3, 1);
     QVERIFY(!FindInStringsEx(QString(), Lines, {}, TCharSet(), pos));
@@ -105,7 +105,7 @@ void TestStringLists::findNothingLeavesPos()
     QCOMPARE(pos, QPoint(3, 1));
 }
 
-void TestStringLists::findFirstAndNext()
+void tst_StringLists::findFirstAndNext()
 {
     QPoint pos(7, 7);
     QVERIFY(FindFirstInStrings(u"a"_s, Lines, true, pos));
@@ -125,7 +125,7 @@ void TestStringLists::findFirstAndNext()
     QVERIFY(FindFirstInStrings(u"A"_s, Lines, false, pos));
 }
 
-void TestStringLists::setOperations()
+void tst_StringLists::setOperations()
 {
     QStringList a{u"One"_s, u"two"_s, u"one"_s, u"three"_s};
     QCOMPARE(RemoveFromStrings(a, u"ONE"_s), 0);
@@ -155,7 +155,7 @@ void TestStringLists::setOperations()
     QCOMPARE(holes, (QStringList{u"a"_s, u" "_s}));
 }
 
-void TestStringLists::nameValueParts()
+void tst_StringLists::nameValueParts()
 {
     const QStringList lines{u"Name=Value"_s, u"Path=a=b"_s, u"bare"_s, u"=v"_s};
     QStringList names = lines;
@@ -174,7 +174,7 @@ void TestStringLists::nameValueParts()
     QCOMPARE(cased, (QStringList{u"abab"_s, u"cdcd"_s}));
 }
 
-void TestStringLists::changeParams_data()
+void tst_StringLists::changeParams_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("delim");
@@ -190,7 +190,7 @@ void TestStringLists::changeParams_data()
     QTest::newRow("unclosed") << "%NAME" << "%" << "%NAME";
 }
 
-void TestStringLists::changeParams()
+void tst_StringLists::changeParams()
 {
     QFETCH(QString, text);
     QFETCH(QString, delim);
@@ -203,7 +203,7 @@ void TestStringLists::changeParams()
     QCOMPARE(lines, (QStringList{expected, expected}));
 }
 
-void TestStringLists::changeParamsInFile()
+void tst_StringLists::changeParamsInFile()
 {
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
@@ -229,7 +229,7 @@ void TestStringLists::changeParamsInFile()
     }
 }
 
-void TestStringLists::ownedLists()
+void tst_StringLists::ownedLists()
 {
     int freed = 0;
     QList<TCounted *> list{new TCounted(&freed), new TCounted(&freed), new TCounted(&freed)};
@@ -248,5 +248,5 @@ void TestStringLists::ownedLists()
     QVERIFY(!ListsInterSect(QList<int>{1, 2}, QList<int>{}));
 }
 
-QTEST_GUILESS_MAIN(TestStringLists)
+QTEST_GUILESS_MAIN(tst_StringLists)
 #include "tst_stringlists.moc"

@@ -8,7 +8,7 @@
 using namespace kv;
 using namespace Qt::StringLiterals;
 
-class TestStrings : public QObject
+class tst_Strings : public QObject
 {
     Q_OBJECT
 
@@ -37,7 +37,7 @@ private Q_SLOTS:
     void smallHelpers();
 };
 
-void TestStrings::charSet()
+void tst_Strings::charSet()
 {
     const TCharSet blanks = TCharSet::Blanks();
     QCOMPARE(blanks.Count(), 33);
@@ -58,7 +58,7 @@ void TestStrings::charSet()
     QCOMPARE(StringToCharSet(u"abca"), TCharSet(u"cba"));
 }
 
-void TestStrings::positions_data()
+void tst_Strings::positions_data()
 {
     QTest::addColumn<QString>("sub");
     QTest::addColumn<QString>("text");
@@ -77,7 +77,7 @@ void TestStrings::positions_data()
     QTest::newRow("case matters") << "AB" << "xxab" << 1 << 0 << 0;
 }
 
-void TestStrings::positions()
+void tst_Strings::positions()
 {
     QFETCH(QString, sub);
     QFETCH(QString, text);
@@ -88,7 +88,7 @@ void TestStrings::positions()
     QCOMPARE(BackPosEx(sub, text, start), backward);
 }
 
-void TestStrings::extractQuotedStr_data()
+void tst_Strings::extractQuotedStr_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("expected");
@@ -103,14 +103,14 @@ void TestStrings::extractQuotedStr_data()
     QTest::newRow("other quote char untouched") << "\"a\"" << "\"a\"";
 }
 
-void TestStrings::extractQuotedStr()
+void tst_Strings::extractQuotedStr()
 {
     QFETCH(QString, text);
     QFETCH(QString, expected);
     QCOMPARE(ExtractQuotedStr(text, u'\''), expected);
 }
 
-void TestStrings::addCharOccurence_data()
+void tst_Strings::addCharOccurence_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("n");
@@ -122,7 +122,7 @@ void TestStrings::addCharOccurence_data()
     QTest::newRow("negative unchanged") << "a'b" << -3 << "a'b";
 }
 
-void TestStrings::addCharOccurence()
+void tst_Strings::addCharOccurence()
 {
     QFETCH(QString, text);
     QFETCH(int, n);
@@ -130,7 +130,7 @@ void TestStrings::addCharOccurence()
     QCOMPARE(AddCharOccurence(text, u'\'', n), expected);
 }
 
-void TestStrings::removeCharacters()
+void tst_Strings::removeCharacters()
 {
     // Digits go too: only letters and the underscore stay.
     QCOMPARE(RemoveNonIdentChars(u"Button1_x"_s), u"Button_x"_s);
@@ -141,7 +141,7 @@ void TestStrings::removeCharacters()
     QCOMPARE(ChangeCharTo(u'/', u'\\', u"a\\b\\c"_s), u"a/b/c"_s);
 }
 
-void TestStrings::trimSeparators()
+void tst_Strings::trimSeparators()
 {
     const TCharSet separators(u" ,;");
     QCOMPARE(TrimSeparatorsLeft(u" ,a, b ;"_s, separators), u"a, b ;"_s);
@@ -150,7 +150,7 @@ void TestStrings::trimSeparators()
     QCOMPARE(TrimSeparators(u" ,; "_s, separators), QString());
 }
 
-void TestStrings::words_data()
+void tst_Strings::words_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("n");
@@ -166,7 +166,7 @@ void TestStrings::words_data()
     QTest::newRow("only separators") << ", ,," << 1 << -1 << "";
 }
 
-void TestStrings::words()
+void tst_Strings::words()
 {
     QFETCH(QString, text);
     QFETCH(int, n);
@@ -177,7 +177,7 @@ void TestStrings::words()
     QCOMPARE(GetWordEx(text, n, separators), word);
 }
 
-void TestStrings::replaceAllOccur_data()
+void tst_Strings::replaceAllOccur_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("oldText");
@@ -195,7 +195,7 @@ void TestStrings::replaceAllOccur_data()
     QTest::newRow("positions after sharp s") << "ßab" << "AB" << "x" << true << "ßx";
 }
 
-void TestStrings::replaceAllOccur()
+void tst_Strings::replaceAllOccur()
 {
     QFETCH(QString, text);
     QFETCH(QString, oldText);
@@ -212,7 +212,7 @@ void TestStrings::replaceAllOccur()
     }
 }
 
-void TestStrings::replaceAtIndex()
+void tst_Strings::replaceAtIndex()
 {
     QString s = u"Hello World!"_s;
     Replace(s, 7, u"World"_s, u"Qt"_s);
@@ -221,7 +221,7 @@ void TestStrings::replaceAtIndex()
     QCOMPARE(s, u">Hello Qt!"_s);
 }
 
-void TestStrings::parseString_data()
+void tst_Strings::parseString_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QStringList>("expected");
@@ -234,7 +234,7 @@ void TestStrings::parseString_data()
     QTest::newRow("empty text adds nothing") << "" << QStringList{u"x"_s};
 }
 
-void TestStrings::parseString()
+void tst_Strings::parseString()
 {
     QFETCH(QString, text);
     QFETCH(QStringList, expected);
@@ -243,7 +243,7 @@ void TestStrings::parseString()
     QCOMPARE(lines, expected);
 }
 
-void TestStrings::joining()
+void tst_Strings::joining()
 {
     const QStringList list{u"a"_s, QString(), u"b"_s};
     QCOMPARE(StrArrayToDelimStr(list, u";"_s), u"a;b"_s);
@@ -260,7 +260,7 @@ void TestStrings::joining()
     QCOMPARE(RemoveExtraSlash(u"/a//b///c/"_s), u"/a/b/c/"_s);
 }
 
-void TestStrings::booleans_data()
+void tst_Strings::booleans_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("expected");
@@ -274,7 +274,7 @@ void TestStrings::booleans_data()
     QTest::newRow("empty") << "" << false;
 }
 
-void TestStrings::booleans()
+void tst_Strings::booleans()
 {
     QFETCH(QString, text);
     QFETCH(bool, expected);
@@ -283,7 +283,7 @@ void TestStrings::booleans()
     QCOMPARE(StrToBool(BoolToStr(expected)), expected);
 }
 
-void TestStrings::extractControlName_data()
+void tst_Strings::extractControlName_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("expected");
@@ -295,14 +295,14 @@ void TestStrings::extractControlName_data()
     QTest::newRow("leading point") << ".a.b" << "a";
 }
 
-void TestStrings::extractControlName()
+void tst_Strings::extractControlName()
 {
     QFETCH(QString, text);
     QFETCH(QString, expected);
     QCOMPARE(ExtractControlName(text), expected);
 }
 
-void TestStrings::smallHelpers()
+void tst_Strings::smallHelpers()
 {
     QCOMPARE(GetFirstNotSpace(u"   x"), 4);
     QCOMPARE(GetFirstNotSpace(u"   "), 4);
@@ -324,5 +324,5 @@ void TestStrings::smallHelpers()
     QCOMPARE(RectToStr(QRect(10, 20, 100, 50)), u"(10, 20, 110, 70)"_s);
 }
 
-QTEST_GUILESS_MAIN(TestStrings)
+QTEST_GUILESS_MAIN(tst_Strings)
 #include "tst_strings.moc"

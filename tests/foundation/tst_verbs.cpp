@@ -71,7 +71,7 @@ public:
 
 using namespace probe;
 
-class TstVerbs : public QObject
+class tst_Verbs : public QObject
 {
     Q_OBJECT
 
@@ -84,14 +84,14 @@ private Q_SLOTS:
     void verbsOfAFreedGroup();
 };
 
-void TstVerbs::cleanup()
+void tst_Verbs::cleanup()
 {
     FinalizeObjectParamList();
     ExecCalls = 0;
     UpdateCountInExec = -1;
 }
 
-void TstVerbs::registerAndLookUp()
+void tst_Verbs::registerAndLookUp()
 {
     TObjectParamListItem *open = RegisterVerb(u"File.Open"_s, &StateOpen, &ExecOpen);
     TObjectParamListItem *bare = RegisterVerb(u"Edit.Bare"_s, nullptr, nullptr);
@@ -145,7 +145,7 @@ void TstVerbs::registerAndLookUp()
     QCOMPARE(ObjectParamList().Count(), 3);
 }
 
-void TstVerbs::registrationsAnnounceOneChange()
+void tst_Verbs::registrationsAnnounceOneChange()
 {
     TIDELog ide;
     RegisterVerb(u"One"_s, nullptr, &ExecOpen);
@@ -180,7 +180,7 @@ void TstVerbs::registrationsAnnounceOneChange()
     QVERIFY(!GetVerbProcAddr(u"G"_s, state, exec));
 }
 
-void TstVerbs::callVerbByName()
+void tst_Verbs::callVerbByName()
 {
     RegisterVerb(u"File.Open"_s, &StateOpen, &ExecOpen);
     RegisterVerb(u"File.Nothing"_s, &StateOpen, nullptr);
@@ -198,7 +198,7 @@ void TstVerbs::callVerbByName()
     QVERIFY_THROWS_EXCEPTION(std::runtime_error, CallVerbByName(u"file.fail"_s));
 }
 
-void TstVerbs::assignProcByAncestorClass()
+void tst_Verbs::assignProcByAncestorClass()
 {
     RegisterVerb(u"File.Open"_s, nullptr, nullptr);
     RegisterClassExt(&QWidget::staticMetaObject, {{"Other", 1}}); // not an assign registration
@@ -239,7 +239,7 @@ void TstVerbs::assignProcByAncestorClass()
     QVERIFY_THROWS_EXCEPTION(Exception, RegisterAssignVerbProc(&QMenu::staticMetaObject, nullptr));
 }
 
-void TstVerbs::verbsOfAFreedGroup()
+void tst_Verbs::verbsOfAFreedGroup()
 {
     RegisterVerb(u"Kept"_s, nullptr, &ExecOpen);
     const int package = NewEditorGroup();
@@ -256,5 +256,5 @@ void TstVerbs::verbsOfAFreedGroup()
     QCOMPARE(ExecCalls, 1);
 }
 
-QTEST_GUILESS_MAIN(TstVerbs)
+QTEST_GUILESS_MAIN(tst_Verbs)
 #include "tst_verbs.moc"

@@ -118,7 +118,7 @@ void ProcessDeferredDeletes()
 
 } // namespace
 
-class TestDemoHost : public QObject
+class tst_DemoHost : public QObject
 {
     Q_OBJECT
 
@@ -149,7 +149,7 @@ private Q_SLOTS:
     void screenshotWriteErrors();
 };
 
-void TestDemoHost::initTestCase()
+void tst_DemoHost::initTestCase()
 {
     QCoreApplication::setApplicationName(u"KorvoDemoHost"_s);
     QCoreApplication::setApplicationVersion(u"3.1"_s);
@@ -161,13 +161,13 @@ void TestDemoHost::initTestCase()
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_settingsDir.path());
 }
 
-void TestDemoHost::init()
+void tst_DemoHost::init()
 {
     // Every test starts from the default options.
     QSettings().clear();
 }
 
-void TestDemoHost::commandLine_data()
+void tst_DemoHost::commandLine_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<int>("exitCode"); // -1: the program goes on
@@ -197,7 +197,7 @@ void TestDemoHost::commandLine_data()
     QTest::newRow("version") << QStringList{u"--version"_s} << 0 << u"KorvoDemoHost 3.1"_s << 0 << QString() << false;
 }
 
-void TestDemoHost::commandLine()
+void tst_DemoHost::commandLine()
 {
     QFETCH(QStringList, arguments);
     QFETCH(int, exitCode);
@@ -221,7 +221,7 @@ void TestDemoHost::commandLine()
     QCOMPARE(options.RunsInteractively(), options.screenshotFile.isEmpty() && !options.countObjects);
 }
 
-void TestDemoHost::informationOnly()
+void tst_DemoHost::informationOnly()
 {
     const QString program = u"kvdemohost"_s;
     QVERIFY(AsksForInformationOnly({program, u"--help"_s}));
@@ -234,7 +234,7 @@ void TestDemoHost::informationOnly()
     QVERIFY(!AsksForInformationOnly({u"--help"_s}));
 }
 
-void TestDemoHost::extraObjects_data()
+void tst_DemoHost::extraObjects_data()
 {
     QTest::addColumn<int>("count");
     QTest::addColumn<int>("maxDepth");
@@ -242,7 +242,7 @@ void TestDemoHost::extraObjects_data()
         QTest::addRow("%d", count) << count << depth;
 }
 
-void TestDemoHost::extraObjects()
+void tst_DemoHost::extraObjects()
 {
     QFETCH(int, count);
     QFETCH(int, maxDepth);
@@ -274,7 +274,7 @@ void TestDemoHost::extraObjects()
     QCOMPARE(owner.children().size(), 1);
 }
 
-void TestDemoHost::countReachableObjects()
+void tst_DemoHost::countReachableObjects()
 {
     const ObjectCount before = CountReachableObjects();
 
@@ -298,7 +298,7 @@ void TestDemoHost::countReachableObjects()
     QCOMPARE(after.topLevelWidgets - before.topLevelWidgets, 2);
 }
 
-void TestDemoHost::toolsMenuForAddIns()
+void tst_DemoHost::toolsMenuForAddIns()
 {
     DemoWorkspace workspace;
     DemoMainWindow *window = workspace.mainWindow();
@@ -326,7 +326,7 @@ void TestDemoHost::toolsMenuForAddIns()
 }
 
 
-void TestDemoHost::formsAreNamedAsADesignerWould()
+void tst_DemoHost::formsAreNamedAsADesignerWould()
 {
     DemoWorkspace workspace;
     const QStringList expectedForms = {u"MainForm"_s,     u"ItemsForm"_s,   u"CustomersForm"_s, u"DocumentsForm"_s,
@@ -357,7 +357,7 @@ void TestDemoHost::formsAreNamedAsADesignerWould()
     QVERIFY(workspace.documentsForm()->mdiArea()->subWindowList().size() >= 3);
 }
 
-void TestDemoHost::dataModuleHoldsNonVisualObjects()
+void tst_DemoHost::dataModuleHoldsNonVisualObjects()
 {
     DemoWorkspace workspace;
     DemoDataModule *module = workspace.dataModule();
@@ -385,7 +385,7 @@ void TestDemoHost::dataModuleHoldsNonVisualObjects()
     QVERIFY2(duplicates.isEmpty(), qPrintable(duplicates.join(u", "_s)));
 }
 
-void TestDemoHost::holdsAFewThousandObjects()
+void tst_DemoHost::holdsAFewThousandObjects()
 {
     const qsizetype before = CountReachableObjects().objects;
     DemoWorkspace workspace;
@@ -404,7 +404,7 @@ void TestDemoHost::holdsAFewThousandObjects()
 
 
 
-void TestDemoHost::objectsDeletedWhileRunning()
+void tst_DemoHost::objectsDeletedWhileRunning()
 {
     // An inspector can delete any object of the program; what is left must go on working.
     DemoWorkspace workspace;
@@ -450,7 +450,7 @@ void TestDemoHost::objectsDeletedWhileRunning()
     QVERIFY(!workspace.dataModule());
 }
 
-void TestDemoHost::screenshotShowsOpenMenu()
+void tst_DemoHost::screenshotShowsOpenMenu()
 {
     DemoWorkspace workspace;
     DemoMainWindow *window = workspace.mainWindow();
@@ -484,7 +484,7 @@ void TestDemoHost::screenshotShowsOpenMenu()
     QVERIFY(errorText.contains(u"Stray"_s));
 }
 
-void TestDemoHost::screenshotWriteErrors()
+void tst_DemoHost::screenshotWriteErrors()
 {
     QTemporaryDir dir;
     QImage image(20, 10, QImage::Format_ARGB32);
@@ -515,7 +515,7 @@ void TestDemoHost::screenshotWriteErrors()
 // The design-time framework on a real program: every property and event of every object
 // of the demo's windows and data module is read through the editors, with its value list and
 // its sub-properties, and written back with its own text; nothing may change.
-void TestDemoHost::everyObjectThroughThePropertyEditors()
+void tst_DemoHost::everyObjectThroughThePropertyEditors()
 {
     DemoWorkspace workspace;
     QList<QObject *> objects;
@@ -576,5 +576,5 @@ void TestDemoHost::everyObjectThroughThePropertyEditors()
     QVERIFY(before.size() > 50000);
 }
 
-QTEST_MAIN(TestDemoHost)
+QTEST_MAIN(tst_DemoHost)
 #include "tst_demohost.moc"

@@ -62,7 +62,7 @@ QStringList Complaints(const QString &err)
 
 } // namespace
 
-class TestLauncher : public QObject
+class tst_Launcher : public QObject
 {
     Q_OBJECT
 
@@ -156,5 +156,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLauncher)
+QTEST_GUILESS_MAIN(tst_Launcher)
 #include "tst_launcher.moc"

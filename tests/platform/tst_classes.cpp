@@ -76,7 +76,7 @@ QString RaisedMessage(F &&f)
 
 } // namespace
 
-class TestClasses : public QObject
+class tst_Classes : public QObject
 {
     Q_OBJECT
 
@@ -206,5 +206,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestClasses)
+QTEST_MAIN(tst_Classes)
 #include "tst_classes.moc"

@@ -88,7 +88,7 @@ public:
 
 } // namespace
 
-class TestColor : public QObject
+class tst_Color : public QObject
 {
     Q_OBJECT
 
@@ -276,5 +276,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestColor)
+QTEST_MAIN(tst_Color)
 #include "tst_color.moc"

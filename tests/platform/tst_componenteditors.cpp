@@ -128,7 +128,7 @@ QStringList PrincipalFirst(QObject *Component, int Take)
 
 } // namespace
 
-class TestComponentEditors : public QObject
+class tst_ComponentEditors : public QObject
 {
     Q_OBJECT
 
@@ -145,13 +145,13 @@ private Q_SLOTS:
     void editStopsWhenTheComponentDies();
 };
 
-void TestComponentEditors::cleanup()
+void tst_ComponentEditors::cleanup()
 {
     FinalizeComponentEditors();
     TEditorA::executed.clear();
 }
 
-void TestComponentEditors::mostDerivedThenNewest()
+void tst_ComponentEditors::mostDerivedThenNewest()
 {
     TBase base;
     TDerived derived;
@@ -188,7 +188,7 @@ void TestComponentEditors::mostDerivedThenNewest()
     QCOMPARE(VerbOf(&leaf), u"(default)"_s);
 }
 
-void TestComponentEditors::nilRegistration()
+void tst_ComponentEditors::nilRegistration()
 {
     const auto errorOf = [](const QMetaObject *Class, TComponentEditorClass Editor) {
         try {
@@ -205,7 +205,7 @@ void TestComponentEditors::nilRegistration()
     QCOMPARE(VerbOf(&base), u"(default)"_s);
 }
 
-void TestComponentEditors::freeingAGroupTakesItsEditors()
+void tst_ComponentEditors::freeingAGroupTakesItsEditors()
 {
     TLeaf leaf;
     RegisterComponentEditor(&TBase::staticMetaObject, ComponentEditorClass<TEditorA>); // no group open
@@ -234,7 +234,7 @@ void TestComponentEditors::freeingAGroupTakesItsEditors()
     QCOMPARE(VerbOf(&leaf), u"(default)"_s);
 }
 
-void TestComponentEditors::baseEditorRunsTheFirstVerb()
+void tst_ComponentEditors::baseEditorRunsTheFirstVerb()
 {
     TBase base;
     RegisterComponentEditor(&TBase::staticMetaObject, ComponentEditorClass<TEditorA>);
@@ -251,7 +251,7 @@ void TestComponentEditors::baseEditorRunsTheFirstVerb()
     QCOMPARE(TEditorA::executed.size(), 1);
 }
 
-void TestComponentEditors::destroyedComponentOrDesigner()
+void tst_ComponentEditors::destroyedComponentOrDesigner()
 {
     RegisterComponentEditor(&TBase::staticMetaObject, ComponentEditorClass<TEditorA>);
     auto designer = std::make_unique<TFDesigner>();
@@ -278,7 +278,7 @@ void TestComponentEditors::destroyedComponentOrDesigner()
     QVERIFY(recording.handed.isEmpty());
 }
 
-void TestComponentEditors::principalEvent_data()
+void tst_ComponentEditors::principalEvent_data()
 {
     QTest::addColumn<QString>("kind");
     QTest::addColumn<QString>("event");
@@ -294,7 +294,7 @@ void TestComponentEditors::principalEvent_data()
     QTest::newRow("bare object") << "object" << "objectNameChanged";
 }
 
-void TestComponentEditors::principalEvent()
+void tst_ComponentEditors::principalEvent()
 {
     QFETCH(QString, kind);
     QFETCH(QString, event);
@@ -327,7 +327,7 @@ void TestComponentEditors::principalEvent()
     QCOMPARE(standard.handed, QStringList{event});
 }
 
-void TestComponentEditors::editWalksEveryEventInPreference()
+void tst_ComponentEditors::editWalksEveryEventInPreference()
 {
     TLeaf leaf;
     // Every event once: the preferred kinds first, each the own class's before the
@@ -347,7 +347,7 @@ void TestComponentEditors::editWalksEveryEventInPreference()
     QVERIFY(sawLeaf);
 }
 
-void TestComponentEditors::editStopsWhenTheComponentDies()
+void tst_ComponentEditors::editStopsWhenTheComponentDies()
 {
     auto leaf = std::make_unique<TLeaf>();
     TRecordingEditor editor(leaf.get(), nullptr);
@@ -358,5 +358,5 @@ void TestComponentEditors::editStopsWhenTheComponentDies()
     QCOMPARE(editor.Component(), nullptr);
 }
 
-QTEST_MAIN(TestComponentEditors)
+QTEST_MAIN(tst_ComponentEditors)
 #include "tst_componenteditors.moc"

@@ -36,7 +36,7 @@ TComponentState *RecordStateWhenDestroyed(QObject *obj)
 
 } // namespace
 
-class TestComponentState : public QObject
+class tst_ComponentState : public QObject
 {
     Q_OBJECT
 
@@ -195,5 +195,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestComponentState)
+QTEST_MAIN(tst_ComponentState)
 #include "tst_componentstate.moc"

@@ -127,7 +127,7 @@ struct TFixture
 
 } // namespace
 
-class TestEvents : public QObject
+class tst_Events : public QObject
 {
     Q_OBJECT
 
@@ -146,7 +146,7 @@ private Q_SLOTS:
     void finalizeDisconnects();
 };
 
-void TestEvents::signalsAreEventEditors()
+void tst_Events::signalsAreEventEditors()
 {
     TFixture f;
     QStringList names;
@@ -163,7 +163,7 @@ void TestEvents::signalsAreEventEditors()
     QCOMPARE(names.count(u"toggled"_s), 1);
 }
 
-void TestEvents::valueListOffersCompatibleSlots()
+void tst_Events::valueListOffersCompatibleSlots()
 {
     TFixture f;
     const auto values = [&f](const QString &event) {
@@ -198,7 +198,7 @@ void TestEvents::valueListOffersCompatibleSlots()
     QVERIFY(GetCompatibleSlots(&TModule::staticMetaObject, QMetaMethod()).isEmpty());
 }
 
-void TestEvents::setReplaceAndClear()
+void tst_Events::setReplaceAndClear()
 {
     TFixture f;
     auto editor = EventEditor({f.sender1}, f.designer.get(), u"countChanged"_s);
@@ -256,7 +256,7 @@ void TestEvents::setReplaceAndClear()
     QCOMPARE(f.designer->modified, 4);
 }
 
-void TestEvents::overloads()
+void tst_Events::overloads()
 {
     TFixture f;
     auto byInt = EventEditor({f.sender1}, f.designer.get(), u"picked(int)"_s);
@@ -279,7 +279,7 @@ void TestEvents::overloads()
     QCOMPARE(f.module->calls, QStringList{u"onPicked(QString y)"_s});
 }
 
-void TestEvents::clonedSignalIsTheSignal()
+void tst_Events::clonedSignalIsTheSignal()
 {
     TFixture f;
     const QMetaMethod original = SignalOf(f.sender1, "toggled(bool)");
@@ -301,7 +301,7 @@ void TestEvents::clonedSignalIsTheSignal()
     QCOMPARE(EventHandlerCount(), 0);
 }
 
-void TestEvents::severalSenders()
+void tst_Events::severalSenders()
 {
     TFixture f;
     auto both = EventEditor({f.sender1, f.sender2}, f.designer.get(), u"fired"_s);
@@ -330,7 +330,7 @@ void TestEvents::severalSenders()
     QCOMPARE(EventHandlerCount(), 0);
 }
 
-void TestEvents::handlerThatIsNotTheRoot()
+void tst_Events::handlerThatIsNotTheRoot()
 {
     TFixture f;
     auto editor = EventEditor({f.sender1}, f.designer.get(), u"fired"_s);
@@ -349,7 +349,7 @@ void TestEvents::handlerThatIsNotTheRoot()
     QCOMPARE(editor->GetValue(), u"THelper.onPing"_s);
 }
 
-void TestEvents::handlerOrSenderDestroyed()
+void tst_Events::handlerOrSenderDestroyed()
 {
     TFixture f;
     const QMetaMethod fired = SignalOf(f.sender1, "fired()");
@@ -383,7 +383,7 @@ void TestEvents::handlerOrSenderDestroyed()
     QCOMPARE(EventHandlerCount(), 0);
 }
 
-void TestEvents::editorOutlivesItsObjects()
+void tst_Events::editorOutlivesItsObjects()
 {
     TFixture f;
     auto editor = EventEditor({f.sender1, f.sender2}, f.designer.get(), u"fired"_s);
@@ -416,7 +416,7 @@ void TestEvents::editorOutlivesItsObjects()
     orphan->SetValue(QString());
 }
 
-void TestEvents::badInput()
+void tst_Events::badInput()
 {
     TFixture f;
     auto editor = EventEditor({f.sender1}, f.designer.get(), u"fired"_s);
@@ -454,7 +454,7 @@ void TestEvents::badInput()
     QCOMPARE(EventHandlerCount(), 0);
 }
 
-void TestEvents::handlerRoot()
+void tst_Events::handlerRoot()
 {
     TFixture f;
     // The designer's root is the handler even of objects it does not own.
@@ -484,7 +484,7 @@ void TestEvents::handlerRoot()
     QCOMPARE(ErrorOf([&] { unowned->SetValue(u"onFired"_s); }), LoadStr(SErrNoEventHandler).arg(u"fired"_s));
 }
 
-void TestEvents::finalizeDisconnects()
+void tst_Events::finalizeDisconnects()
 {
     TFixture f;
     SetEventHandler(f.sender1, SignalOf(f.sender1, "fired()"), f.module.get(), u"onFired"_s);
@@ -501,5 +501,5 @@ void TestEvents::finalizeDisconnects()
     QCOMPARE(EventHandlerCount(), 0);
 }
 
-QTEST_MAIN(TestEvents)
+QTEST_MAIN(tst_Events)
 #include "tst_events.moc"

@@ -6,7 +6,7 @@
 
 using namespace kv;
 
-class TestException : public QObject
+class tst_Exception : public QObject
 {
     Q_OBJECT
 
@@ -35,5 +35,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestException)
+QTEST_GUILESS_MAIN(tst_Exception)
 #include "tst_exception.moc"

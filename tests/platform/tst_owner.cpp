@@ -64,7 +64,7 @@ struct TFixture
 
 } // namespace
 
-class TestOwner : public QObject
+class tst_Owner : public QObject
 {
     Q_OBJECT
 
@@ -79,7 +79,7 @@ private Q_SLOTS:
     void lookupsWhileDying();
 };
 
-void TestOwner::owners()
+void tst_Owner::owners()
 {
     TFixture f;
     for (QObject *root : {static_cast<QObject *>(qApp), static_cast<QObject *>(f.form.get()), static_cast<QObject *>(f.dialog),
@@ -112,7 +112,7 @@ void TestOwner::owners()
     QCOMPARE(GetOwner(timer), nested);
 }
 
-void TestOwner::ownedComponents()
+void tst_Owner::ownedComponents()
 {
     TFixture f;
     QCOMPARE(Names(OwnedComponents(f.form.get())),
@@ -127,7 +127,7 @@ void TestOwner::ownedComponents()
     QCOMPARE(visited, 2);
 }
 
-void TestOwner::applicationOwnsTopRoots()
+void tst_Owner::applicationOwnsTopRoots()
 {
     TFixture f;
     auto *appChild = Make<QObject>(qApp, u"AppChild"_s);
@@ -142,7 +142,7 @@ void TestOwner::applicationOwnsTopRoots()
     delete appChild;
 }
 
-void TestOwner::findComponent()
+void tst_Owner::findComponent()
 {
     TFixture f;
     QCOMPARE(FindComponent(f.form.get(), u"button1"), f.button);
@@ -156,7 +156,7 @@ void TestOwner::findComponent()
     QCOMPARE(FindComponent(f.panel, u"Button1"), nullptr);
 }
 
-void TestOwner::identifiers_data()
+void tst_Owner::identifiers_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("valid");
@@ -170,14 +170,14 @@ void TestOwner::identifiers_data()
     QTest::newRow("empty") << "" << false;
 }
 
-void TestOwner::identifiers()
+void tst_Owner::identifiers()
 {
     QFETCH(QString, text);
     QFETCH(bool, valid);
     QCOMPARE(IsValidIdent(text), valid);
 }
 
-void TestOwner::setComponentName()
+void tst_Owner::setComponentName()
 {
     TFixture f;
     SetComponentName(f.panel, u"Panel2"_s);
@@ -205,7 +205,7 @@ void TestOwner::setComponentName()
     QCOMPARE(f.panel->objectName(), QString());
 }
 
-void TestOwner::lookupsWhileDying()
+void tst_Owner::lookupsWhileDying()
 {
     // Components that ask about their owner while their form is being destroyed.
     auto form = std::make_unique<QWidget>();
@@ -225,5 +225,5 @@ void TestOwner::lookupsWhileDying()
     QCOMPARE(asked, 2);
 }
 
-QTEST_MAIN(TestOwner)
+QTEST_MAIN(tst_Owner)
 #include "tst_owner.moc"

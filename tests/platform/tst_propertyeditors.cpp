@@ -145,7 +145,7 @@ public:
 
 } // namespace
 
-class TestPropertyEditors : public QObject
+class tst_PropertyEditors : public QObject
 {
     Q_OBJECT
 
@@ -169,7 +169,7 @@ private Q_SLOTS:
     void aliases();
 };
 
-void TestPropertyEditors::kinds_data()
+void tst_PropertyEditors::kinds_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<int>("kind");
@@ -210,7 +210,7 @@ void TestPropertyEditors::kinds_data()
     QTest::newRow("signal") << "changed" << int(tkMethod) << "" << int(paMultiSelect | paValueList | paSortList);
 }
 
-void TestPropertyEditors::kinds()
+void tst_PropertyEditors::kinds()
 {
     QFETCH(QString, name);
     QFETCH(int, kind);
@@ -230,7 +230,7 @@ void TestPropertyEditors::kinds()
     QCOMPARE(editor->GetComponent(0), &kinds);
 }
 
-void TestPropertyEditors::writes_data()
+void tst_PropertyEditors::writes_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("text");
@@ -263,7 +263,7 @@ void TestPropertyEditors::writes_data()
     QTest::newRow("variant, text") << "any" << "word" << "word";
 }
 
-void TestPropertyEditors::writes()
+void tst_PropertyEditors::writes()
 {
     QFETCH(QString, name);
     QFETCH(QString, text);
@@ -283,7 +283,7 @@ void TestPropertyEditors::writes()
         QCOMPARE(kinds.m_any.metaType(), text == QLatin1String("17") ? QMetaType::fromType<int>() : QMetaType::fromType<QString>());
 }
 
-void TestPropertyEditors::badInput_data()
+void tst_PropertyEditors::badInput_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("text");
@@ -308,7 +308,7 @@ void TestPropertyEditors::badInput_data()
     QTest::newRow("reference") << "link" << "Nobody" << "There is no component named 'Nobody' of class QObject";
 }
 
-void TestPropertyEditors::badInput()
+void tst_PropertyEditors::badInput()
 {
     QFETCH(QString, name);
     QFETCH(QString, text);
@@ -325,7 +325,7 @@ void TestPropertyEditors::badInput()
     QCOMPARE(designer.modified, 0);
 }
 
-void TestPropertyEditors::valueLists()
+void tst_PropertyEditors::valueLists()
 {
     TKinds kinds;
     const TEditors editors = EditorsOf({&kinds}, nullptr);
@@ -342,7 +342,7 @@ void TestPropertyEditors::valueLists()
     QCOMPARE(kinds.m_mode, TKinds::mdOne);
 }
 
-void TestPropertyEditors::setElements()
+void tst_PropertyEditors::setElements()
 {
     TKinds kinds;
     const TEditors editors = EditorsOf({&kinds}, nullptr);
@@ -381,7 +381,7 @@ void TestPropertyEditors::setElements()
     QCOMPARE(other.m_alignment, Qt::AlignRight | Qt::AlignVCenter);
 }
 
-void TestPropertyEditors::writesTellTheDesigner()
+void tst_PropertyEditors::writesTellTheDesigner()
 {
     TKinds kinds;
     TCountingDesigner designer;
@@ -402,7 +402,7 @@ void TestPropertyEditors::writesTellTheDesigner()
     QCOMPARE(kinds.m_number, 9);
 }
 
-void TestPropertyEditors::componentName()
+void tst_PropertyEditors::componentName()
 {
     auto form = test::NamedWindow(QStringLiteral("Form1"));
     auto *button = test::Make<QPushButton>(form.get(), QStringLiteral("Button1"));
@@ -436,7 +436,7 @@ void TestPropertyEditors::componentName()
     QVERIFY(!Find(EditorsOf({button, form.get()}, &designer), QStringLiteral("objectName")));
 }
 
-void TestPropertyEditors::componentReference()
+void tst_PropertyEditors::componentReference()
 {
     auto form = test::NamedWindow(QStringLiteral("Form1"));
     auto *kinds = test::Make<TKinds>(form.get(), QStringLiteral("Kinds1"));
@@ -469,7 +469,7 @@ void TestPropertyEditors::componentReference()
     QCOMPARE(kinds->m_link, &unnamed);
 }
 
-void TestPropertyEditors::classProperty()
+void tst_PropertyEditors::classProperty()
 {
     TKinds kinds;
     TCountingDesigner designer;
@@ -489,7 +489,7 @@ void TestPropertyEditors::classProperty()
     QVERIFY(SubEditors(*link).empty());
 }
 
-void TestPropertyEditors::commonProperties()
+void tst_PropertyEditors::commonProperties()
 {
     auto form = test::NamedWindow(QStringLiteral("Form1"));
     auto *button = test::Make<QPushButton>(form.get(), QStringLiteral("Button1"));
@@ -546,7 +546,7 @@ void TestPropertyEditors::commonProperties()
     QVERIFY(EditorsOf({}, nullptr).empty());
 }
 
-void TestPropertyEditors::destroyedObjects()
+void tst_PropertyEditors::destroyedObjects()
 {
     auto kept = std::make_unique<TKinds>();
     auto doomed = std::make_unique<TKinds>();
@@ -563,7 +563,7 @@ void TestPropertyEditors::destroyedObjects()
     QVERIFY(!Find(parts, QStringLiteral("depth"))->ValueAvailable());
 }
 
-void TestPropertyEditors::registryPrecedence()
+void tst_PropertyEditors::registryPrecedence()
 {
     const int group = NewEditorGroup();
     TKinds kinds;
@@ -618,7 +618,7 @@ void TestPropertyEditors::registryPrecedence()
     QCOMPARE(valueOf(&kinds, QStringLiteral("number")), QStringLiteral("-12"));
 }
 
-void TestPropertyEditors::editorGroups()
+void tst_PropertyEditors::editorGroups()
 {
     TKinds kinds;
     auto numberValue = [&] {
@@ -641,7 +641,7 @@ void TestPropertyEditors::editorGroups()
     QVERIFY(!(Find(EditorsOf({&kinds}, nullptr), QStringLiteral("objectName"))->GetAttributes() & paMultiSelect));
 }
 
-void TestPropertyEditors::aliases()
+void tst_PropertyEditors::aliases()
 {
     QCOMPARE(QtPropertyNames(QStringLiteral("caption")), Strings({"text", "title", "windowTitle"}));
     QCOMPARE(QtPropertyNames(QStringLiteral("Hint")), Strings({"toolTip"}));
@@ -661,5 +661,5 @@ void TestPropertyEditors::aliases()
     QVERIFY(!FindAliasedProperty(nullptr, QStringLiteral("Caption")).isValid());
 }
 
-QTEST_MAIN(TestPropertyEditors)
+QTEST_MAIN(tst_PropertyEditors)
 #include "tst_propertyeditors.moc"

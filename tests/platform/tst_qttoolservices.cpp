@@ -31,7 +31,7 @@ QStringList Texts(const QMenu *menu)
 
 } // namespace
 
-class TestQtToolServices : public QObject
+class tst_QtToolServices : public QObject
 {
     Q_OBJECT
 
@@ -214,5 +214,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestQtToolServices)
+QTEST_MAIN(tst_QtToolServices)
 #include "tst_qttoolservices.moc"

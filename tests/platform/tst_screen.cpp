@@ -40,7 +40,7 @@ QStringList ModuleNames()
 
 } // namespace
 
-class TestScreen : public QObject
+class tst_Screen : public QObject
 {
     Q_OBJECT
 
@@ -56,7 +56,7 @@ private Q_SLOTS:
 };
 
 // Runs first: these windows exist before anything asked the screen.
-void TestScreen::windowsMadeBeforeFirstUse()
+void tst_Screen::windowsMadeBeforeFirstUse()
 {
     auto early = NamedWindow(u"Early"_s);
     auto hidden = NamedWindow(u"HiddenEarly"_s);
@@ -65,7 +65,7 @@ void TestScreen::windowsMadeBeforeFirstUse()
     QVERIFY(FormNames().contains(u"HiddenEarly"_s));
 }
 
-void TestScreen::firstSeenOrder()
+void tst_Screen::firstSeenOrder()
 {
     // Creation order, whether or not the windows are ever shown.
     auto c = NamedWindow(u"C"_s);
@@ -78,7 +78,7 @@ void TestScreen::firstSeenOrder()
     QCOMPARE(FormNames(), (QStringList{u"C"_s, u"A"_s, u"B"_s}));
 }
 
-void TestScreen::whatIsAForm()
+void tst_Screen::whatIsAForm()
 {
     QMainWindow main;
     main.setObjectName(u"Main"_s);
@@ -104,7 +104,7 @@ void TestScreen::whatIsAForm()
     QVERIFY(!TScreen::IsForm(nullptr));
 }
 
-void TestScreen::formsComeAndGo()
+void tst_Screen::formsComeAndGo()
 {
     QSignalSpy changed(&Screen(), &TScreen::FormsChanged);
     auto first = NamedWindow(u"First"_s);
@@ -137,7 +137,7 @@ void TestScreen::formsComeAndGo()
     QCOMPARE(FormNames(), QStringList());
 }
 
-void TestScreen::indexOutOfRange()
+void tst_Screen::indexOutOfRange()
 {
     auto only = NamedWindow(u"Only"_s);
     QCOMPARE(Screen().FormCount(), 1);
@@ -153,7 +153,7 @@ void TestScreen::indexOutOfRange()
     QVERIFY_THROWS_EXCEPTION(Exception, Screen().DataModules(0));
 }
 
-void TestScreen::dataModules()
+void tst_Screen::dataModules()
 {
     QSignalSpy changed(&Screen(), &TScreen::FormsChanged);
     auto *module = new TDataModule;
@@ -181,7 +181,7 @@ void TestScreen::dataModules()
     QCOMPARE(Screen().DataModuleCount(), 0);
 }
 
-void TestScreen::mainForm()
+void tst_Screen::mainForm()
 {
     auto plain = NamedWindow(u"Plain"_s);
     QCOMPARE(Screen().MainForm(), nullptr);
@@ -196,7 +196,7 @@ void TestScreen::mainForm()
     QCOMPARE(Screen().MainForm(), other.get());
 }
 
-void TestScreen::activeForm()
+void tst_Screen::activeForm()
 {
     auto window = NamedWindow(u"Active"_s);
     window->show();
@@ -218,5 +218,5 @@ void TestScreen::activeForm()
     popup->close();
 }
 
-QTEST_MAIN(TestScreen)
+QTEST_MAIN(tst_Screen)
 #include "tst_screen.moc"

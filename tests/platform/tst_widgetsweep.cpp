@@ -132,7 +132,7 @@ QMap<QString, QVariant> RawValues(QWidget *Widget)
 
 } // namespace
 
-class TestWidgetSweep : public QObject
+class tst_WidgetSweep : public QObject
 {
     Q_OBJECT
 
@@ -141,7 +141,7 @@ private Q_SLOTS:
     void writeBack();
 };
 
-void TestWidgetSweep::writeBack_data()
+void tst_WidgetSweep::writeBack_data()
 {
     QTest::addColumn<int>("index");
     const QList<TWidgetClass> classes = WidgetClasses();
@@ -149,7 +149,7 @@ void TestWidgetSweep::writeBack_data()
         QTest::newRow(classes[i].Name) << i;
 }
 
-void TestWidgetSweep::writeBack()
+void tst_WidgetSweep::writeBack()
 {
     QFETCH(int, index);
     std::unique_ptr<QWidget> widget(WidgetClasses().at(index).Make());
@@ -202,5 +202,5 @@ void TestWidgetSweep::writeBack()
     QVERIFY2(failures.isEmpty(), qPrintable(failures.join(QLatin1Char('\n'))));
 }
 
-QTEST_MAIN(TestWidgetSweep)
+QTEST_MAIN(tst_WidgetSweep)
 #include "tst_widgetsweep.moc"

@@ -31,7 +31,7 @@ protected:
 
 } // namespace
 
-class TestActiveNotifier : public QObject
+class tst_ActiveNotifier : public QObject
 {
     Q_OBJECT
 
@@ -109,5 +109,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestActiveNotifier)
+QTEST_MAIN(tst_ActiveNotifier)
 #include "tst_activenotifier.moc"

@@ -106,7 +106,7 @@ void CountGate() { ++g_gateCalls; }
 
 } // namespace
 
-class TestAddIn : public QObject
+class tst_AddIn : public QObject
 {
     Q_OBJECT
 
@@ -272,5 +272,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestAddIn)
+QTEST_GUILESS_MAIN(tst_AddIn)
 #include "tst_addin.moc"

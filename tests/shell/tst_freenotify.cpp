@@ -34,7 +34,7 @@ class TPlain : public TPlainObject
 
 } // namespace
 
-class TestFreeNotify : public QObject
+class tst_FreeNotify : public QObject
 {
     Q_OBJECT
 
@@ -183,5 +183,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestFreeNotify)
+QTEST_GUILESS_MAIN(tst_FreeNotify)
 #include "tst_freenotify.moc"

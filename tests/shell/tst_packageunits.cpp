@@ -66,7 +66,7 @@ const QStringList FullStartOrder = {
 
 } // namespace
 
-class TestPackageUnits : public QObject
+class tst_PackageUnits : public QObject
 {
     Q_OBJECT
 
@@ -182,5 +182,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPackageUnits)
+QTEST_GUILESS_MAIN(tst_PackageUnits)
 #include "tst_packageunits.moc"

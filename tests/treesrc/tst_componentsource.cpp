@@ -107,7 +107,7 @@ static QStringList TextList(std::initializer_list<const char *> Texts)
     return lines;
 }
 
-class TstComponentSource : public QObject
+class tst_ComponentSource : public QObject
 {
     Q_OBJECT
 
@@ -475,5 +475,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TstComponentSource)
+QTEST_MAIN(tst_ComponentSource)
 #include "tst_componentsource.moc"

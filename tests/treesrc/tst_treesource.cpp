@@ -35,7 +35,7 @@ public:
     TNodeRec Rec;
 };
 
-class TstTreeSource : public QObject
+class tst_TreeSource : public QObject
 {
     Q_OBJECT
 
@@ -214,5 +214,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TstTreeSource)
+QTEST_GUILESS_MAIN(tst_TreeSource)
 #include "tst_treesource.moc"
