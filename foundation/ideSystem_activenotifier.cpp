@@ -4,8 +4,8 @@
 
 namespace kv {
 
-TActiveNotifier::TActiveNotifier(QObject *AOwner)
-    : TCustomActiveNotifier(AOwner)
+TActiveNotifier::TActiveNotifier(QObject *Owner)
+    : TCustomActiveNotifier(Owner)
 {
 }
 

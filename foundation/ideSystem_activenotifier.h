@@ -15,7 +15,7 @@ class KV_EXPORT TActiveNotifier : public TCustomActiveNotifier
     Q_OBJECT
     Q_PROPERTY(QString Version READ Version STORED false)
 public:
-    explicit TActiveNotifier(QObject *AOwner = nullptr);
+    explicit TActiveNotifier(QObject *Owner = nullptr);
     ~TActiveNotifier() override;
 
     QString Version() const;

@@ -13,8 +13,8 @@ namespace {
 
 struct TNamedClass
 {
-    QString name; // as registered, for messages
-    const QMetaObject *cls = nullptr;
+    QString Name; // as registered, for messages
+    const QMetaObject *Class = nullptr;
 };
 
 struct TClassRegistry
@@ -29,112 +29,112 @@ TClassRegistry &Registry()
     return registry;
 }
 
-QString NameKey(const QString &name) { return name.toCaseFolded(); }
+QString NameKey(const QString &Name) { return Name.toCaseFolded(); }
 
-bool IsWidgetClass(const QMetaObject *cls) { return cls->inherits(&QWidget::staticMetaObject); }
+bool IsWidgetClass(const QMetaObject *Class) { return Class->inherits(&QWidget::staticMetaObject); }
 
 // A factory over the class's invokable constructor taking its parent, if it has one.
-TObjectFactory InvokableConstructorFactory(const QMetaObject *cls)
+TObjectFactory InvokableConstructorFactory(const QMetaObject *Class)
 {
-    const QMetaType parentType = IsWidgetClass(cls) ? QMetaType::fromType<QWidget *>() : QMetaType::fromType<QObject *>();
-    for (int i = 0; i < cls->constructorCount(); ++i) {
-        const QMetaMethod constructor = cls->constructor(i);
+    const QMetaType parentType = IsWidgetClass(Class) ? QMetaType::fromType<QWidget *>() : QMetaType::fromType<QObject *>();
+    for (int i = 0; i < Class->constructorCount(); ++i) {
+        const QMetaMethod constructor = Class->constructor(i);
         if (constructor.parameterCount() != 1 || constructor.parameterMetaType(0) != parentType)
             continue;
-        if (IsWidgetClass(cls)) {
-            return [cls](QObject *owner) -> QObject * {
-                return cls->newInstance(Q_ARG(QWidget *, detail::WidgetOwner(owner, cls)));
+        if (IsWidgetClass(Class)) {
+            return [Class](QObject *Owner) -> QObject * {
+                return Class->newInstance(Q_ARG(QWidget *, detail::WidgetOwner(Owner, Class)));
             };
         }
-        return [cls](QObject *owner) -> QObject * { return cls->newInstance(Q_ARG(QObject *, owner)); };
+        return [Class](QObject *Owner) -> QObject * { return Class->newInstance(Q_ARG(QObject *, Owner)); };
     }
     return {};
 }
 
 } // namespace
 
-QString StreamClassName(const QMetaObject *cls)
+QString StreamClassName(const QMetaObject *Class)
 {
-    const QString name = QString::fromLatin1(cls->className());
-    const qsizetype scope = name.lastIndexOf(QLatin1String("::"));
-    return scope < 0 ? name : name.mid(scope + 2);
+    const QString Name = QString::fromLatin1(Class->className());
+    const qsizetype scope = Name.lastIndexOf(QLatin1String("::"));
+    return scope < 0 ? Name : Name.mid(scope + 2);
 }
 
-void RegisterClass(const QMetaObject *cls, TObjectFactory factory, const QString &name)
+void RegisterClass(const QMetaObject *Class, TObjectFactory Factory, const QString &Name)
 {
-    Q_ASSERT(cls);
-    const QString streamName = name.isEmpty() ? StreamClassName(cls) : name;
+    Q_ASSERT(Class);
+    const QString streamName = Name.isEmpty() ? StreamClassName(Class) : Name;
     TClassRegistry &registry = Registry();
     const auto taken = registry.byName.constFind(NameKey(streamName));
-    if (taken != registry.byName.cend() && taken->cls != cls) {
+    if (taken != registry.byName.cend() && taken->Class != Class) {
         throw Exception(LoadStr(SDuplicateClassName)
-                            .arg(QString::fromLatin1(cls->className()), streamName,
-                                 QString::fromLatin1(taken->cls->className())));
+                            .arg(QString::fromLatin1(Class->className()), streamName,
+                                 QString::fromLatin1(taken->Class->className())));
     }
     if (taken == registry.byName.cend())
-        registry.byName.insert(NameKey(streamName), TNamedClass{streamName, cls});
+        registry.byName.insert(NameKey(streamName), TNamedClass{streamName, Class});
 
-    TObjectFactory &current = registry.factories[cls];
+    TObjectFactory &current = registry.factories[Class];
     if (!current)
-        current = factory ? std::move(factory) : InvokableConstructorFactory(cls);
+        current = Factory ? std::move(Factory) : InvokableConstructorFactory(Class);
 }
 
-void RegisterClasses(std::initializer_list<const QMetaObject *> classes)
+void RegisterClasses(std::initializer_list<const QMetaObject *> Classes)
 {
-    for (const QMetaObject *cls : classes)
-        RegisterClass(cls);
+    for (const QMetaObject *Class : Classes)
+        RegisterClass(Class);
 }
 
-void UnRegisterClass(const QMetaObject *cls)
+void UnRegisterClass(const QMetaObject *Class)
 {
     TClassRegistry &registry = Registry();
-    registry.byName.removeIf([cls](const auto &entry) { return entry.value().cls == cls; });
-    registry.factories.remove(cls);
+    registry.byName.removeIf([Class](const auto &entry) { return entry.value().Class == Class; });
+    registry.factories.remove(Class);
 }
 
-const QMetaObject *GetClass(const QString &name)
+const QMetaObject *GetClass(const QString &Name)
 {
     const TClassRegistry &registry = Registry();
-    const auto found = registry.byName.constFind(NameKey(name));
-    return found == registry.byName.cend() ? nullptr : found->cls;
+    const auto found = registry.byName.constFind(NameKey(Name));
+    return found == registry.byName.cend() ? nullptr : found->Class;
 }
 
-const QMetaObject *FindClass(const QString &name)
+const QMetaObject *FindClass(const QString &Name)
 {
-    if (const QMetaObject *cls = GetClass(name))
-        return cls;
-    throw Exception(LoadStr(SClassNotFound).arg(name));
+    if (const QMetaObject *Class = GetClass(Name))
+        return Class;
+    throw Exception(LoadStr(SClassNotFound).arg(Name));
 }
 
-QObject *CreateObject(const QString &name, QObject *owner)
+QObject *CreateObject(const QString &Name, QObject *Owner)
 {
-    return CreateObject(FindClass(name), owner);
+    return CreateObject(FindClass(Name), Owner);
 }
 
-QObject *CreateObject(const QMetaObject *cls, QObject *owner)
+QObject *CreateObject(const QMetaObject *Class, QObject *Owner)
 {
-    Q_ASSERT(cls);
+    Q_ASSERT(Class);
     const TClassRegistry &registry = Registry();
-    const auto found = registry.factories.constFind(cls);
+    const auto found = registry.factories.constFind(Class);
     if (found == registry.factories.cend())
-        throw Exception(LoadStr(SClassNotFound).arg(StreamClassName(cls)));
+        throw Exception(LoadStr(SClassNotFound).arg(StreamClassName(Class)));
     if (!*found)
-        throw Exception(LoadStr(SClassNotCreatable).arg(StreamClassName(cls)));
+        throw Exception(LoadStr(SClassNotCreatable).arg(StreamClassName(Class)));
     // A copy: the factory may register classes itself and so rehash the table.
-    const TObjectFactory factory = *found;
-    return factory(owner);
+    const TObjectFactory Factory = *found;
+    return Factory(Owner);
 }
 
-QWidget *detail::WidgetOwner(QObject *owner, const QMetaObject *cls)
+QWidget *detail::WidgetOwner(QObject *Owner, const QMetaObject *Class)
 {
-    if (!owner)
+    if (!Owner)
         return nullptr;
-    if (owner->isWidgetType())
-        return static_cast<QWidget *>(owner);
-    const QString ownerText = owner->objectName().isEmpty()
-                                  ? QString::fromLatin1(owner->metaObject()->className())
-                                  : owner->objectName() + QLatin1String(": ") + QString::fromLatin1(owner->metaObject()->className());
-    throw Exception(LoadStr(SWidgetNeedsWidgetOwner).arg(StreamClassName(cls), ownerText));
+    if (Owner->isWidgetType())
+        return static_cast<QWidget *>(Owner);
+    const QString ownerText = Owner->objectName().isEmpty()
+                                  ? QString::fromLatin1(Owner->metaObject()->className())
+                                  : Owner->objectName() + QLatin1String(": ") + QString::fromLatin1(Owner->metaObject()->className());
+    throw Exception(LoadStr(SWidgetNeedsWidgetOwner).arg(StreamClassName(Class), ownerText));
 }
 
 } // namespace kv

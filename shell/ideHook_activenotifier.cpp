@@ -24,8 +24,8 @@ TActiveHook &Hook()
 
 } // namespace
 
-TCustomActiveNotifier::TCustomActiveNotifier(QObject *AOwner)
-    : QObject(AOwner)
+TCustomActiveNotifier::TCustomActiveNotifier(QObject *Owner)
+    : QObject(Owner)
 {
     TActiveHook &hook = Hook();
     if (hook.Notifiers.isEmpty()) {

@@ -22,7 +22,7 @@ public:
         QWidget *Now = nullptr;
     };
 
-    explicit TCustomActiveNotifier(QObject *AOwner = nullptr);
+    explicit TCustomActiveNotifier(QObject *Owner = nullptr);
     ~TCustomActiveNotifier() override;
 
     // Whether the shared focus connection is in place.
