@@ -5,7 +5,6 @@
 #include "platform/kvComponentEditor.h"
 #include "platform/kvEventConnections.h"
 #include "platform/kvPropertyRegistry.h"
-#include "treesrc/ideTSLite_treenotifiers.h"
 
 #include <QCoreApplication>
 
@@ -34,7 +33,6 @@ void ideGen::Initialize()
 void ideGen::Finalize()
 {
     FinalizeDesigners();
-    FinalizeTreeNotifiers();
     // The design-time framework goes with the design-time unit: connections first (they
     // name objects), then the editor registries.
     FinalizeEventConnections();

@@ -4,9 +4,9 @@
 
 #include "foundation/ideConsts.h"
 #include "foundation/ideLib_strings.h"
-#include "foundation/ideSystem_optionstorage.h"
 #include "platform/kvClasses.h"
 #include "platform/kvColor.h"
+#include "platform/kvCommaText.h"
 #include "platform/kvException.h"
 
 #include <QColor>
@@ -512,16 +512,6 @@ QString GetClassModule(const QMetaObject *Class)
     if (!Class || !dladdr(static_cast<const void *>(Class), &info) || !info.dli_fname)
         return {};
     return QString::fromLocal8Bit(info.dli_fname);
-}
-
-void SaveComponentToIniFile(const QObject *Obj, const QString &Section)
-{
-    SaveComponentToIniFile(Obj, Section, OptionsFileName);
-}
-
-void LoadComponentFromIniFile(QObject *Obj, const QString &Section)
-{
-    LoadComponentFromIniFile(Obj, Section, OptionsFileName);
 }
 
 void SaveComponentToIniFile(const QObject *Obj, const QString &Section, const QString &FileName)

@@ -12,7 +12,6 @@
 // same name, and objectName, the object's identity, is never copied.
 
 #include "platform/kvTypInfo.h"
-#include "foundation/ideSystem_assignprops.h"
 
 #include <QList>
 #include <QMetaProperty>
@@ -119,10 +118,8 @@ KV_EXPORT QString GetClassModule(const QMetaObject *Class);
 // options INI file, under the group Section (backslashes in it separate groups). Saving
 // raises kv::Exception when no file is named (SErrNoOptionsFile) or the file can't be written
 // (SErrFileWrite). Loading sets the properties that the file holds and leaves the others;
-// without a file, or for an unreadable value, nothing changes. The forms without FileName
-// use OptionsFileName.
-KV_EXPORT void SaveComponentToIniFile(const QObject *Obj, const QString &Section);
-KV_EXPORT void LoadComponentFromIniFile(QObject *Obj, const QString &Section);
+// without a file, or for an unreadable value, nothing changes. The forms without FileName,
+// which use OptionsFileName, are in foundation/ideSystem_optionstorage.h.
 KV_EXPORT void SaveComponentToIniFile(const QObject *Obj, const QString &Section, const QString &FileName);
 KV_EXPORT void LoadComponentFromIniFile(QObject *Obj, const QString &Section, const QString &FileName);
 

@@ -87,19 +87,6 @@ QString FindUniqueName(const QString &BaseName)
     }
 }
 
-QString GetCompName(const QObject *Obj)
-{
-    if (!Obj)
-        return {};
-    if (Obj->metaObject()->indexOfMethod("GetNamePath()") >= 0) {
-        QString path;
-        QMetaObject::invokeMethod(const_cast<QObject *>(Obj), "GetNamePath", Qt::DirectConnection,
-                                  Q_RETURN_ARG(QString, path));
-        return path;
-    }
-    return Obj->objectName();
-}
-
 QString BuildCompName(const QObject *Obj, const QString &Name)
 {
     if (BuildCompNameFunc)

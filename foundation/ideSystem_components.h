@@ -6,6 +6,8 @@
 // unit may make (show the inspector, edit a property) without knowing who answers them.
 // Owners, roots and forms are those of platform/kvOwner.h and platform/kvScreen.h.
 
+#include "platform/kvOwner.h"
+
 #include <QList>
 #include <QString>
 
@@ -30,10 +32,6 @@ KV_EXPORT QObject *FindGlobalComponent(const QString &Name);
 // smallest number from 1 up ("Form1_1").
 KV_EXPORT QString FindUniqueName(const QString &BaseName);
 
-// The object's name path: what its class's invokable GetNamePath() gives when it has one
-// (collection items name themselves after their collection), else its objectName; empty
-// for null.
-KV_EXPORT QString GetCompName(const QObject *Obj);
 
 // Decides BuildCompName when set.
 using TBuildCompNameFunc = QString (*)(const QObject *Obj, const QString &Name);

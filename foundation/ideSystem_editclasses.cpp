@@ -1,7 +1,7 @@
 #include "foundation/ideSystem_editclasses.h"
 
 #include "foundation/ideConsts.h"
-#include "foundation/ideSystem_registryholder_p.h"
+#include "platform/kvRegistryHolder_p.h"
 #include "platform/kvException.h"
 
 namespace kv {

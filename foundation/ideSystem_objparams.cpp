@@ -3,7 +3,7 @@
 #include "foundation/ideConsts.h"
 #include "foundation/ideSystem_messages.h"
 #include "foundation/ideSystem_notifiers.h"
-#include "foundation/ideSystem_registryholder_p.h"
+#include "platform/kvRegistryHolder_p.h"
 #include "platform/kvEditorGroups.h"
 #include "platform/kvException.h"
 

@@ -1,5 +1,7 @@
 #include "foundation/ideSystem_optionstorage.h"
 
+#include "foundation/ideLib_props.h"
+
 #include <utility>
 
 namespace kv {
@@ -19,6 +21,16 @@ IOptionStorage *SetOptionStorage(IOptionStorage *Storage)
 IOptionStorage *OptionStorage()
 {
     return InstalledStorage;
+}
+
+void SaveComponentToIniFile(const QObject *Obj, const QString &Section)
+{
+    SaveComponentToIniFile(Obj, Section, OptionsFileName);
+}
+
+void LoadComponentFromIniFile(QObject *Obj, const QString &Section)
+{
+    LoadComponentFromIniFile(Obj, Section, OptionsFileName);
 }
 
 } // namespace kv

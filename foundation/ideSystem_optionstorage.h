@@ -33,4 +33,9 @@ KV_EXPORT IOptionStorage *OptionStorage();
 extern KV_EXPORT bool StoreOptionsInFile;
 extern KV_EXPORT QString OptionsFileName;
 
+// SaveComponentToIniFile and LoadComponentFromIniFile (foundation/ideLib_props.h) with
+// OptionsFileName as the file.
+KV_EXPORT void SaveComponentToIniFile(const QObject *Obj, const QString &Section);
+KV_EXPORT void LoadComponentFromIniFile(QObject *Obj, const QString &Section);
+
 } // namespace kv

@@ -1,8 +1,8 @@
 #include "platform/kvEventConnections.h"
 
 #include "foundation/ideConsts.h"
-#include "foundation/ideSystem_components.h"
 #include "platform/kvException.h"
+#include "platform/kvOwner.h"
 
 #include <QHash>
 #include <QObject>

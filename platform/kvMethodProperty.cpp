@@ -1,7 +1,6 @@
 #include "platform/kvMethodProperty.h"
 
 #include "foundation/ideConsts.h"
-#include "foundation/ideSystem_components.h"
 #include "platform/kvEventConnections.h"
 #include "platform/kvException.h"
 #include "platform/kvIFormDesigner.h"

@@ -134,4 +134,17 @@ void SetComponentName(QObject *Obj, const QString &Name)
     Obj->setObjectName(Name);
 }
 
+QString GetCompName(const QObject *Obj)
+{
+    if (!Obj)
+        return {};
+    if (Obj->metaObject()->indexOfMethod("GetNamePath()") >= 0) {
+        QString path;
+        QMetaObject::invokeMethod(const_cast<QObject *>(Obj), "GetNamePath", Qt::DirectConnection,
+                                  Q_RETURN_ARG(QString, path));
+        return path;
+    }
+    return Obj->objectName();
+}
+
 } // namespace kv

@@ -49,4 +49,9 @@ KV_EXPORT bool IsValidIdent(QStringView S);
 // (SInvalidName), or when another component of Obj's owner bears it (SDuplicateName).
 KV_EXPORT void SetComponentName(QObject *Obj, const QString &Name);
 
+// The object's name path: what its class's invokable GetNamePath() gives when it has one
+// (collection items name themselves after their collection), else its objectName; empty
+// for null.
+KV_EXPORT QString GetCompName(const QObject *Obj);
+
 } // namespace kv

@@ -1,7 +1,6 @@
 #include "platform/kvPropEdits.h"
 
 #include "foundation/ideConsts.h"
-#include "foundation/ideSystem_components.h"
 #include "platform/kvException.h"
 #include "platform/kvIFormDesigner.h"
 #include "platform/kvOwner.h"

@@ -1,7 +1,7 @@
 #include "platform/kvPropEdits_types.h"
 
 #include "foundation/ideConsts.h"
-#include "foundation/ideLib_stringlists.h"
+#include "platform/kvCommaText.h"
 #include "platform/kvColor.h"
 #include "platform/kvDesignDialogs.h"
 #include "platform/kvException.h"

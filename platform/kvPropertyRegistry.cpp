@@ -2,7 +2,7 @@
 
 #include "foundation/ideConsts.h"
 #include "foundation/ideSystem_inotifier.h"
-#include "foundation/ideSystem_registryholder_p.h"
+#include "platform/kvRegistryHolder_p.h"
 #include "platform/kvEditorGroups.h"
 #include "platform/kvException.h"
 #include "platform/kvMethodProperty.h"

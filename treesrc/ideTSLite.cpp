@@ -2,6 +2,7 @@
 
 #include "foundation/ideSystem_classitems.h"
 #include "treesrc/ideTSLite_stringsource.h"
+#include "treesrc/ideTSLite_treenotifiers.h"
 
 namespace kv {
 
@@ -10,6 +11,10 @@ void ideTSLite::Initialize()
     SafeRegisterClass(&TKVStringSource::staticMetaObject);
 }
 
-void ideTSLite::Finalize() {}
+// The tree notifiers are this unit's: what is still posted to them goes with them.
+void ideTSLite::Finalize()
+{
+    FinalizeTreeNotifiers();
+}
 
 } // namespace kv

@@ -6,7 +6,7 @@
 #include "hosts/demo/DemoOptions.h"
 #include "hosts/demo/DemoScreenshot.h"
 #include "hosts/demo/DemoWorkspace.h"
-#include "platform/kvHost.h"
+#include "shell/kvIDEInspD5_host.h"
 
 #include <QApplication>
 #include <QFileInfo>

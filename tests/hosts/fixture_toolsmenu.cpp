@@ -14,7 +14,7 @@
 #include <cstdio>
 
 #ifdef KV_LINKED_HOST
-#include "platform/kvHost.h"
+#include "shell/kvIDEInspD5_host.h"
 #endif
 
 static void PrintLine(const QString &line)

@@ -16,7 +16,7 @@
 #include "hosts/demo/OptionsDialog.h"
 #include "hosts/demo/PlannerForm.h"
 #include "design/ideGen_designer.h"
-#include "platform/kvHost.h"
+#include "shell/kvIDEInspD5_host.h"
 #include "platform/kvOwner.h"
 #include "platform/kvPropertyRegistry.h"
 #include "platform/kvScreen.h"

@@ -1,7 +1,7 @@
 #include "foundation/ideConsts.h"
 #include "platform/kvException.h"
 #include "platform/kvExptIntf.h"
-#include "platform/kvHost.h"
+#include "shell/kvIDEInspD5_host.h"
 #include "platform/kvQtToolServices.h"
 #include "shell/IDEInspReg.h"
 #include "shell/kvIDEInspD5.h"

@@ -2,7 +2,7 @@
 // and names it in KVIDEINSP_PRELOAD. When the program creates its QApplication the package
 // starts, and once a window with a menu bar is shown the add-ins are registered with it.
 
-#include "platform/kvHost.h"
+#include "shell/kvIDEInspD5_host.h"
 #include "platform/kvQtToolServices.h"
 
 #include <QApplication>

@@ -1,4 +1,4 @@
-#include "platform/kvHost.h"
+#include "shell/kvIDEInspD5_host.h"
 
 #include "platform/kvExptIntf.h"
 #include "platform/kvQtToolServices.h"
