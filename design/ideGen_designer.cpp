@@ -6,6 +6,7 @@
 #include "platform/kvClasses.h"
 #include "platform/kvException.h"
 #include "platform/kvOwner.h"
+#include "platform/kvRegistryHolder_p.h"
 
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
@@ -63,12 +64,6 @@ QList<QObject *> LiveObjects(const QList<QPointer<QObject>> &List)
     return live;
 }
 
-std::unique_ptr<TDesignerList> &DesignerListHolder()
-{
-    static std::unique_ptr<TDesignerList> holder;
-    return holder;
-}
-
 // Form -> the designer that looks after it.
 QHash<const QObject *, QPointer<QObject>> &FormDesigners()
 {
@@ -86,7 +81,7 @@ TFDesigner::TFDesigner(QObject *parent)
 
 TFDesigner::~TFDesigner()
 {
-    if (auto &list = DesignerListHolder())
+    if (auto &list = detail::RegistryHolder<TDesignerList>())
         list->m_designers.removeOne(this);
 }
 
@@ -283,10 +278,7 @@ void TFDesigner::ClearSelection() {}
 
 TDesignerList &DesignerList()
 {
-    auto &holder = DesignerListHolder();
-    if (!holder)
-        holder = std::make_unique<TDesignerList>();
-    return *holder;
+    return detail::LazyRegistry<TDesignerList>();
 }
 
 void SetFormDesigner(QObject *Form, QObject *Designer)
@@ -343,7 +335,7 @@ bool DesignerCanPaste()
 
 void FinalizeDesigners()
 {
-    DesignerListHolder().reset();
+    detail::RegistryHolder<TDesignerList>().reset();
     FormDesigners().clear();
 }
 

@@ -11,6 +11,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace kv {
@@ -248,8 +249,16 @@ bool TScreen::IsDataModule(const QObject *Obj) const
 
 TScreen &Screen()
 {
-    static TScreen screen;
-    return screen;
+    // Made on first use, and gone with the application object (post routines run in its
+    // destructor), so that the screen never outlives it. A use after that makes a screen
+    // that watches nothing and goes at exit.
+    static std::unique_ptr<TScreen> screen;
+    if (!screen) {
+        screen = std::make_unique<TScreen>();
+        if (QCoreApplication::instance())
+            qAddPostRoutine([] { screen.reset(); });
+    }
+    return *screen;
 }
 
 } // namespace kv

@@ -2,6 +2,7 @@
 
 #include "foundation/ideSystem_messages.h"
 #include "platform/kvException.h"
+#include "platform/kvRegistryHolder_p.h"
 #include "treesrc/ideTSLite_treesource.h"
 
 #include <QCoreApplication>
@@ -101,25 +102,14 @@ int TNotifierListEx::PendingCount() const
     return m_dispatcher->Pending;
 }
 
-namespace {
-std::unique_ptr<TNotifierListEx> &TreeNotifiersHolder()
-{
-    static std::unique_ptr<TNotifierListEx> holder;
-    return holder;
-}
-} // namespace
-
 TNotifierListEx &GetTreeNotifiers()
 {
-    auto &holder = TreeNotifiersHolder();
-    if (!holder)
-        holder = std::make_unique<TNotifierListEx>();
-    return *holder;
+    return detail::LazyRegistry<TNotifierListEx>();
 }
 
 void FinalizeTreeNotifiers()
 {
-    TreeNotifiersHolder().reset();
+    detail::RegistryHolder<TNotifierListEx>().reset();
 }
 
 } // namespace kv
