@@ -3,6 +3,7 @@
 #include "foundation/ideConsts.h"
 #include "platform/kvException.h"
 #include "platform/kvOwner.h"
+#include "platform/kvRegistryHolder_p.h"
 
 #include <QHash>
 #include <QObject>
@@ -183,8 +184,7 @@ private:
 
 TConnectionRegistry &Registry()
 {
-    static TConnectionRegistry registry;
-    return registry;
+    return detail::LazyRegistry<TConnectionRegistry>();
 }
 
 } // namespace
@@ -264,7 +264,7 @@ int EventHandlerCount()
 
 void FinalizeEventConnections()
 {
-    Registry().Clear();
+    detail::RegistryHolder<TConnectionRegistry>().reset();
 }
 
 } // namespace kv
