@@ -6,6 +6,7 @@
 #include "foundation/ideSystem_optionstorage.h"
 #include "platform/kvClasses.h"
 #include "platform/kvException.h"
+#include "platform/kvRegistryHolder_p.h"
 
 #include <QHash>
 #include <QMap>
@@ -17,21 +18,12 @@ namespace kv {
 
 namespace {
 
-struct TOptionRegistry;
-// Null before the registry is made and once its destruction at exit has begun.
-TOptionRegistry *LiveRegistry = nullptr;
-
+// The global instances: made on first demand, freed by FinalizeOptionExts.
 struct TOptionRegistry
 {
     QMap<QString, TOptionExt *> globals; // key: the class name; the registry owns them
-    QHash<const QMetaObject *, TOptionConstructor> constructors;
 
-    TOptionRegistry() { LiveRegistry = this; }
-    ~TOptionRegistry()
-    {
-        LiveRegistry = nullptr;
-        DeleteGlobals();
-    }
+    ~TOptionRegistry() { DeleteGlobals(); }
 
     void DeleteGlobals()
     {
@@ -43,8 +35,21 @@ struct TOptionRegistry
 
 TOptionRegistry &Registry()
 {
-    static TOptionRegistry registry;
-    return registry;
+    return detail::LazyRegistry<TOptionRegistry>();
+}
+
+// The registry while it lives; null before its first use and while it is being freed.
+TOptionRegistry *LiveRegistry()
+{
+    return detail::RegistryHolder<TOptionRegistry>().get();
+}
+
+// How each options class is made: registrations, like the class table's, that outlive the
+// global instances.
+QHash<const QMetaObject *, TOptionConstructor> &Constructors()
+{
+    static QHash<const QMetaObject *, TOptionConstructor> constructors;
+    return constructors;
 }
 
 QString ClassKey(const QMetaObject *Class)
@@ -63,7 +68,7 @@ void CheckOptionClass(const QMetaObject *Class)
 // A bare object of Class owned by Parent.
 std::unique_ptr<TOptionExt> Construct(const QMetaObject *Class, QObject *Parent)
 {
-    if (const TOptionConstructor constructor = Registry().constructors.value(Class))
+    if (const TOptionConstructor constructor = Constructors().value(Class))
         return std::unique_ptr<TOptionExt>(constructor(Parent));
     if (GetClass(StreamClassName(Class)) != Class)
         throw Exception(LoadStr(SErrUnknownOptionClass).arg(StreamClassName(Class)));
@@ -89,17 +94,17 @@ void InUpdateBracket(TOptionExt *Options, F &&f)
 
 void detail::RegisterOptionConstructor(const QMetaObject *Class, TOptionConstructor Constructor)
 {
-    Registry().constructors.insert(Class, Constructor);
+    Constructors().insert(Class, Constructor);
 }
 
 TOptionExt::TOptionExt(QObject *Parent) : QObject(Parent) {}
 
 TOptionExt::~TOptionExt()
 {
-    if (m_isGlobal && LiveRegistry) {
-        const auto found = LiveRegistry->globals.constFind(ClassKey(metaObject()));
-        if (found != LiveRegistry->globals.cend() && *found == this)
-            LiveRegistry->globals.erase(found);
+    if (TOptionRegistry *registry = m_isGlobal ? LiveRegistry() : nullptr) {
+        const auto found = registry->globals.constFind(ClassKey(metaObject()));
+        if (found != registry->globals.cend() && *found == this)
+            registry->globals.erase(found);
     }
 }
 
@@ -223,7 +228,7 @@ TObjectParamListItem *RegisterOptionExt(const QMetaObject *Class)
 
 void FinalizeOptionExts()
 {
-    Registry().DeleteGlobals();
+    detail::RegistryHolder<TOptionRegistry>().reset();
 }
 
 } // namespace kv
