@@ -2,7 +2,9 @@
 
 #include "platform/kvException.h"
 
+#include <QCoreApplication>
 #include <QObject>
+#include <QPointer>
 #include <QVarLengthArray>
 
 #include <memory>
@@ -20,13 +22,17 @@ struct TFreeNotifierInfo
     bool IsQObject = false;
 };
 
+class TFreeNotifiersList;
+
 // Receives QObject::destroyed of every watched QObject. One receiver for all keeps the
 // per-object cost to one connection.
 class TFreeNotifyReceiver : public QObject
 {
     Q_OBJECT
 public:
-    using QObject::QObject;
+    explicit TFreeNotifyReceiver(TFreeNotifiersList *List) : m_list(List) {}
+    // The watched QObjects can no longer be heard of: their entries go.
+    ~TFreeNotifyReceiver() override;
 
     // By method index: a member-pointer connection allocates a slot object whose teardown
     // makes every watched destruction several times dearer, and holding a
@@ -44,6 +50,9 @@ public:
 
 public Q_SLOTS:
     void ObjectDestroyed(QObject *obj);
+
+private:
+    TFreeNotifiersList *m_list;
 };
 
 // The registry: watched address to its registrations. Hashed rather than kept sorted:
@@ -52,6 +61,15 @@ public Q_SLOTS:
 class TFreeNotifiersList
 {
 public:
+    TFreeNotifiersList() = default;
+    TFreeNotifiersList(const TFreeNotifiersList &) = delete;
+    TFreeNotifiersList &operator=(const TFreeNotifiersList &) = delete;
+    ~TFreeNotifiersList()
+    {
+        m_infos.clear();
+        delete m_receiver.data();
+    }
+
     void Add(const void *key, const QObject *qobj, TFreeNotifyMethod method)
     {
         TFreeNotifierInfo &info = m_infos[key];
@@ -103,26 +121,50 @@ public:
     // Forgets every registration without calling anything.
     void Clear()
     {
-        m_receiver.reset(); // disconnects from every watched QObject
+        delete m_receiver.data(); // disconnects from every watched QObject
         m_infos.clear();
     }
 
-private:
-    TFreeNotifyReceiver *Receiver()
+    void ForgetQObjects()
     {
-        if (!m_receiver)
-            m_receiver = std::make_unique<TFreeNotifyReceiver>();
-        return m_receiver.get();
+        std::erase_if(m_infos, [](const auto &entry) { return entry.second.IsQObject; });
     }
 
+private:
+    // The receiver goes with the application object: when that is destroyed it becomes the
+    // application's last child, so it still hears of every other child's destruction and
+    // never outlives the application.
+    TFreeNotifyReceiver *Receiver()
+    {
+        if (!m_receiver) {
+            m_receiver = new TFreeNotifyReceiver(this);
+            if (QCoreApplication::instance())
+                qAddPostRoutine(&TFreeNotifiersList::AdoptReceiver);
+        }
+        return m_receiver.data();
+    }
+
+    static void AdoptReceiver();
+
     std::unordered_map<const void *, TFreeNotifierInfo> m_infos;
-    std::unique_ptr<TFreeNotifyReceiver> m_receiver;
+    QPointer<TFreeNotifyReceiver> m_receiver;
 };
 
 TFreeNotifiersList &Registry()
 {
     static TFreeNotifiersList registry;
     return registry;
+}
+
+void TFreeNotifiersList::AdoptReceiver()
+{
+    if (TFreeNotifyReceiver *receiver = Registry().m_receiver.data())
+        receiver->setParent(QCoreApplication::instance());
+}
+
+TFreeNotifyReceiver::~TFreeNotifyReceiver()
+{
+    m_list->ForgetQObjects();
 }
 
 void TFreeNotifyReceiver::ObjectDestroyed(QObject *obj)
