@@ -8,6 +8,7 @@
 #include "platform/kvException.h"
 #include "platform/kvRegistryHolder_p.h"
 
+#include <QCoreApplication>
 #include <QHash>
 #include <QMap>
 
@@ -202,8 +203,9 @@ TOptionExt *GetOptionsByClass(const QMetaObject *Class)
     CheckOptionClass(Class);
     if (TOptionExt *global = Registry().globals.value(ClassKey(Class)))
         return global;
-    // The registry owns it from here on, also when its start-up fails.
-    TOptionExt *global = Construct(Class, nullptr).release();
+    // The registry owns it from here on, also when its start-up fails. It is the
+    // application's child too, so that it never outlives the application object.
+    TOptionExt *global = Construct(Class, QCoreApplication::instance()).release();
     global->BecomeGlobal();
     return global;
 }
