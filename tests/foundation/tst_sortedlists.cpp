@@ -343,6 +343,7 @@ private Q_SLOTS:
             for (quintptr k : {3, 1, 2, 4, 5})
                 static_cast<TSortedListData *>(list.Add(Addr(k)))->SetData(&payload[k - 1]);
             QCOMPARE(list.DataItems(0)->Key(), Addr(1));
+            QCOMPARE(list.ItemByKey(Addr(1)), static_cast<void *>(&payload[0])); // the first item
             QCOMPARE(list.ItemByKey(Addr(2)), static_cast<void *>(&payload[1]));
             QCOMPARE(list.ItemByKey(Addr(6)), nullptr);
             list.Delete(0);

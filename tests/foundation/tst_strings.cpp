@@ -71,6 +71,7 @@ void tst_Strings::positions_data()
     QTest::newRow("between matches") << "ab" << "xxabxab" << 4 << 6 << 3;
     QTest::newRow("start past the end") << "ab" << "xxabxab" << 50 << 0 << 6;
     QTest::newRow("start below 1") << "ab" << "xxabxab" << 0 << 3 << 0;
+    QTest::newRow("start 1") << "ab" << "abxab" << 1 << 1 << 1;
     QTest::newRow("absent") << "zz" << "xxabxab" << 1 << 0 << 0;
     QTest::newRow("empty pattern") << "" << "abc" << 1 << 0 << 0;
     QTest::newRow("empty text") << "a" << "" << 1 << 0 << 0;

@@ -303,6 +303,7 @@ void tst_PropertyEditors::badInput_data()
     QTest::newRow("set") << "alignment" << "[AlignLeft,Nowhere]" << "'[AlignLeft,Nowhere]' is not a valid set value";
     QTest::newRow("char") << "letter" << "ab" << "'ab' is not a valid character value";
     QTest::newRow("char code") << "letter" << "#x" << "'#x' is not a valid character value";
+    QTest::newRow("char code, too big") << "letter" << "#65536" << "Value must be between 0 and 65535";
     QTest::newRow("read-only") << "fixed" << "1" << "Property fixed is read-only";
     QTest::newRow("object") << "part" << "(QObject)" << "Invalid property value";
     QTest::newRow("reference") << "link" << "Nobody" << "There is no component named 'Nobody' of class QObject";
@@ -483,6 +484,11 @@ void tst_PropertyEditors::classProperty()
     QCOMPARE(depth->GetComponent(0), &kinds.m_part);
     QCOMPARE(designer.modified, 1);
 
+    // Of two objects' parts only what can be set for several at once: not the name.
+    TKinds other;
+    const TEditors twoParts = SubEditors(*Find(EditorsOf({&kinds, &other}), QStringLiteral("part")));
+    QCOMPARE(Names(twoParts), Strings({"depth", "label"}));
+
     // A null object has no sub-properties and shows nothing.
     kinds.m_link = nullptr;
     TPropertyEditor *link = Find(editors, QStringLiteral("link"));
@@ -515,6 +521,7 @@ void tst_PropertyEditors::commonProperties()
     QCOMPARE(text->PropCount(), 2);
     QVERIFY(text->AllEqual());
     QVERIFY(text->GetPropInfo(0) != text->GetPropInfo(1));
+    QCOMPARE(text->GetPropInfo(2), text->GetPropInfo(-1)); // past the end: the editor's own
     text->SetValue(QStringLiteral("Changed"));
     QCOMPARE(button->text(), QStringLiteral("Changed"));
     QCOMPARE(label->text(), QStringLiteral("Changed"));
