@@ -1,8 +1,9 @@
 #pragma once
 
 // What the property editor tests share: editors of a selection picked by name, their value
-// lists, and the text of what an action raises.
+// lists, the text of what an action raises, and a designer that records what it is told.
 
+#include "design/ideGen_designer.h"
 #include "platform/kvException.h"
 #include "platform/kvPropertyRegistry.h"
 
@@ -60,6 +61,14 @@ inline QStringList Names(const TEditors &Editors)
     return names;
 }
 
+inline QStringList Strings(std::initializer_list<const char *> Texts)
+{
+    QStringList strings;
+    for (const char *text : Texts)
+        strings.append(QString::fromUtf8(text));
+    return strings;
+}
+
 inline QStringList ValuesOf(const TPropertyEditor &Editor)
 {
     QStringList values;
@@ -77,5 +86,25 @@ inline QString ErrorOf(const std::function<void()> &Action)
     }
     return {};
 }
+
+// A stand-alone designer that counts the changes it is told of and records the renames it is
+// asked to allow.
+class TRecordingDesigner : public TFDesigner
+{
+public:
+    using TFDesigner::TFDesigner;
+    void Modified() override
+    {
+        ++modified;
+        TFDesigner::Modified();
+    }
+    void ValidateRename(QObject *Component, const QString &CurName, const QString &NewName) override
+    {
+        renames.append(CurName + QLatin1String("->") + NewName);
+        TFDesigner::ValidateRename(Component, CurName, NewName);
+    }
+    int modified = 0;
+    QStringList renames;
+};
 
 } // namespace kv::test
