@@ -1,43 +1,32 @@
 #include "platform/kvClasses.h"
 
 #include "platform/kvException.h"
+#include "tests/platform/editortests.h"
 
-#include <QPointer>
 #include <QTest>
 #include <QWidget>
 
 #include <memory>
 
 using namespace kv;
+using kv::test::ErrorOf;
 
 namespace probe {
 
+// Constructors taking the owner that both the template's factories and the meta-object's
+// invokable constructors can call.
 class TThing : public QObject
 {
     Q_OBJECT
 public:
-    explicit TThing(QObject *parent = nullptr) : QObject(parent) {}
+    Q_INVOKABLE explicit TThing(QObject *parent = nullptr) : QObject(parent) {}
 };
 
 class TPanel : public QWidget
 {
     Q_OBJECT
 public:
-    explicit TPanel(QWidget *parent = nullptr) : QWidget(parent) {}
-};
-
-class TInvokableThing : public QObject
-{
-    Q_OBJECT
-public:
-    Q_INVOKABLE explicit TInvokableThing(QObject *parent = nullptr) : QObject(parent) {}
-};
-
-class TInvokablePanel : public QWidget
-{
-    Q_OBJECT
-public:
-    Q_INVOKABLE explicit TInvokablePanel(QWidget *parent = nullptr) : QWidget(parent) {}
+    Q_INVOKABLE explicit TPanel(QWidget *parent = nullptr) : QWidget(parent) {}
 };
 
 // No constructor that takes just an owner.
@@ -61,21 +50,6 @@ public:
 };
 } // namespace other
 
-namespace {
-
-template <typename F>
-QString RaisedMessage(F &&f)
-{
-    try {
-        f();
-    } catch (const Exception &e) {
-        return e.Message();
-    }
-    return QStringLiteral("(nothing raised)");
-}
-
-} // namespace
-
 class tst_Classes : public QObject
 {
     Q_OBJECT
@@ -85,7 +59,6 @@ private Q_SLOTS:
     {
         // The registry is process-wide: leave it as each test found it.
         for (const QMetaObject *cls : {&probe::TThing::staticMetaObject, &probe::TPanel::staticMetaObject,
-                                       &probe::TInvokableThing::staticMetaObject, &probe::TInvokablePanel::staticMetaObject,
                                        &probe::TSized::staticMetaObject, &other::TThing::staticMetaObject})
             UnRegisterClass(cls);
     }
@@ -95,22 +68,13 @@ private Q_SLOTS:
         QCOMPARE(StreamClassName(&probe::TThing::staticMetaObject), QStringLiteral("TThing"));
         QCOMPARE(StreamClassName(&QObject::staticMetaObject), QStringLiteral("QObject"));
         QVERIFY(!GetClass(QStringLiteral("TThing")));
+        QCOMPARE(ErrorOf([] { FindClass(QStringLiteral("TThing")); }), QStringLiteral("Class TThing not found"));
+        QCOMPARE(ErrorOf([] { CreateObject(&probe::TThing::staticMetaObject, nullptr); }),
+                 QStringLiteral("Class TThing not found"));
         RegisterClass<probe::TThing>();
-        QCOMPARE(GetClass(QStringLiteral("TThing")), &probe::TThing::staticMetaObject);
         QCOMPARE(GetClass(QStringLiteral("tthing")), &probe::TThing::staticMetaObject);
         QCOMPARE(FindClass(QStringLiteral("TTHING")), &probe::TThing::staticMetaObject);
         QVERIFY(!GetClass(QStringLiteral("TThin")));
-    }
-
-    void unknownNames()
-    {
-        QVERIFY(!GetClass(QStringLiteral("TNoSuchClass")));
-        QCOMPARE(RaisedMessage([] { FindClass(QStringLiteral("TNoSuchClass")); }),
-                 QStringLiteral("Class TNoSuchClass not found"));
-        QCOMPARE(RaisedMessage([] { CreateObject(QStringLiteral("TNoSuchClass"), nullptr); }),
-                 QStringLiteral("Class TNoSuchClass not found"));
-        QCOMPARE(RaisedMessage([] { CreateObject(&probe::TThing::staticMetaObject, nullptr); }),
-                 QStringLiteral("Class TThing not found"));
     }
 
     void registeringTwice()
@@ -120,11 +84,11 @@ private Q_SLOTS:
         QCOMPARE(GetClass(QStringLiteral("TThing")), &probe::TThing::staticMetaObject);
 
         // Another class may not take the name; the first keeps it.
-        const QString message = RaisedMessage([] { RegisterClass<other::TThing>(); });
+        const QString message = ErrorOf([] { RegisterClass<other::TThing>(); });
         QVERIFY2(message.contains(QLatin1String("other::TThing")) && message.contains(QLatin1String("probe::TThing")),
                  qPrintable(message));
         QCOMPARE(GetClass(QStringLiteral("TThing")), &probe::TThing::staticMetaObject);
-        QVERIFY(RaisedMessage([] { RegisterClass<other::TThing>(QStringLiteral("tthing")); }).contains(QLatin1String("tthing")));
+        QVERIFY(ErrorOf([] { RegisterClass<other::TThing>(QStringLiteral("tthing")); }).contains(QLatin1String("tthing")));
 
         // Under a name of its own it is welcome, and one class may have several names.
         RegisterClass<other::TThing>(QStringLiteral("TOtherThing"));
@@ -132,77 +96,67 @@ private Q_SLOTS:
         QCOMPARE(GetClass(QStringLiteral("TOtherThing")), &other::TThing::staticMetaObject);
         QCOMPARE(GetClass(QStringLiteral("TThingAlias")), &probe::TThing::staticMetaObject);
 
-        // One unregistration forgets every name of the class and nothing else.
+        // One unregistration forgets every name of the class, and its factory, and nothing else.
         UnRegisterClass(&probe::TThing::staticMetaObject);
         QVERIFY(!GetClass(QStringLiteral("TThing")));
         QVERIFY(!GetClass(QStringLiteral("TThingAlias")));
         QCOMPARE(GetClass(QStringLiteral("TPanel")), &probe::TPanel::staticMetaObject);
-        QVERIFY(RaisedMessage([] { CreateObject(&probe::TThing::staticMetaObject, nullptr); }).contains(QLatin1String("not found")));
+        QCOMPARE(ErrorOf([] { CreateObject(&probe::TThing::staticMetaObject, nullptr); }),
+                 QStringLiteral("Class TThing not found"));
         UnRegisterClass(&probe::TThing::staticMetaObject);
     }
 
     void createsTheRegisteredClassForItsOwner()
     {
-        RegisterClasses<probe::TThing, probe::TPanel>();
-        QObject owner;
-        QObject *thing = CreateObject(QStringLiteral("tthing"), &owner);
-        QCOMPARE(thing->metaObject(), &probe::TThing::staticMetaObject);
-        QCOMPARE(thing->parent(), &owner);
-
         QWidget form;
-        QObject *panel = CreateObject(&probe::TPanel::staticMetaObject, &form);
-        QCOMPARE(panel->metaObject(), &probe::TPanel::staticMetaObject);
-        QCOMPARE(static_cast<QWidget *>(panel)->parentWidget(), &form);
-
-        // A non-widget may be owned by a widget.
-        QObject *thingOfForm = CreateObject(QStringLiteral("TThing"), &form);
-        QCOMPARE(thingOfForm->parent(), &form);
-
-        // No owner: the caller owns it.
-        std::unique_ptr<QObject> loose(CreateObject(QStringLiteral("TPanel"), nullptr));
-        QVERIFY(loose->isWidgetType());
-        QVERIFY(!loose->parent());
-    }
-
-    void widgetNeedsAWidgetOwner()
-    {
-        RegisterClass<probe::TPanel>();
-        RegisterClass(&probe::TInvokablePanel::staticMetaObject);
         QObject module;
         module.setObjectName(QStringLiteral("DataModule1"));
-        for (const char *name : {"TPanel", "TInvokablePanel"}) {
-            const QString message = RaisedMessage([&] { CreateObject(QString::fromLatin1(name), &module); });
-            QCOMPARE(message, QStringLiteral("Class %1 is a widget class and can't be owned by DataModule1: QObject, which is not a widget")
-                                  .arg(QString::fromLatin1(name)));
+        for (const bool byTemplate : {true, false}) {
+            if (byTemplate)
+                RegisterClasses<probe::TThing, probe::TPanel>();
+            else
+                RegisterClasses({&probe::TThing::staticMetaObject, &probe::TPanel::staticMetaObject});
+            for (const QMetaObject *cls : {&probe::TThing::staticMetaObject, &probe::TPanel::staticMetaObject}) {
+                const QString name = StreamClassName(cls);
+                QObject *made = CreateObject(name.toLower(), &form);
+                QCOMPARE(made->metaObject(), cls);
+                QCOMPARE(made->parent(), &form);
+                // No owner: the caller owns it.
+                std::unique_ptr<QObject> loose(CreateObject(cls, nullptr));
+                QCOMPARE(loose->metaObject(), cls);
+                QVERIFY(!loose->parent());
+                // A widget needs a widget owner; anything else may be owned by a non-widget.
+                if (cls->inherits(&QWidget::staticMetaObject)) {
+                    QCOMPARE(ErrorOf([&] { CreateObject(cls, &module); }),
+                             QStringLiteral("Class %1 is a widget class and can't be owned by DataModule1: QObject, "
+                                            "which is not a widget").arg(name));
+                } else {
+                    QCOMPARE(CreateObject(cls, &module)->parent(), &module);
+                }
+            }
+            UnRegisterClass(&probe::TThing::staticMetaObject);
+            UnRegisterClass(&probe::TPanel::staticMetaObject);
         }
-        QVERIFY(module.children().isEmpty());
+        QCOMPARE(module.children().size(), 2);
     }
 
-    void invokableConstructorsAndFactories()
+    void classesWithoutAnOwnerConstructor()
     {
-        RegisterClasses({&probe::TInvokableThing::staticMetaObject, &probe::TInvokablePanel::staticMetaObject,
-                         &probe::TSized::staticMetaObject});
-        QWidget form;
-        QObject *thing = CreateObject(QStringLiteral("TInvokableThing"), &form);
-        QCOMPARE(thing->metaObject(), &probe::TInvokableThing::staticMetaObject);
-        QCOMPARE(thing->parent(), &form);
-        QObject *panel = CreateObject(QStringLiteral("TInvokablePanel"), &form);
-        QCOMPARE(panel->metaObject(), &probe::TInvokablePanel::staticMetaObject);
-        QCOMPARE(static_cast<QWidget *>(panel)->parentWidget(), &form);
-
         // Known by name but not creatable until a factory is given.
+        RegisterClasses({&probe::TSized::staticMetaObject});
+        QObject owner;
         QCOMPARE(GetClass(QStringLiteral("TSized")), &probe::TSized::staticMetaObject);
-        QCOMPARE(RaisedMessage([&] { CreateObject(QStringLiteral("TSized"), &form); }),
+        QCOMPARE(ErrorOf([&] { CreateObject(QStringLiteral("TSized"), &owner); }),
                  QStringLiteral("Class TSized can't be created: it has no constructor that takes an owner"));
         RegisterClass(&probe::TSized::staticMetaObject, [](QObject *owner) { return new probe::TSized(42, owner); });
-        auto *sized = qobject_cast<probe::TSized *>(CreateObject(QStringLiteral("TSized"), &form));
+        auto *sized = qobject_cast<probe::TSized *>(CreateObject(QStringLiteral("TSized"), &owner));
         QVERIFY(sized);
         QCOMPARE(sized->m_size, 42);
-        QCOMPARE(sized->parent(), &form);
+        QCOMPARE(sized->parent(), &owner);
 
         // A factory already known is kept.
         RegisterClass(&probe::TSized::staticMetaObject, [](QObject *owner) { return new probe::TSized(7, owner); });
-        QCOMPARE(qobject_cast<probe::TSized *>(CreateObject(QStringLiteral("TSized"), &form))->m_size, 42);
+        QCOMPARE(qobject_cast<probe::TSized *>(CreateObject(QStringLiteral("TSized"), &owner))->m_size, 42);
     }
 };
 

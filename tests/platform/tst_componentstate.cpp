@@ -46,43 +46,32 @@ private Q_SLOTS:
 
     void platformBitOrder()
     {
-        QCOMPARE(int(csLoading), 1 << 0);
-        QCOMPARE(int(csReading), 1 << 1);
-        QCOMPARE(int(csWriting), 1 << 2);
-        QCOMPARE(int(csDestroying), 1 << 3);
-        QCOMPARE(int(csDesigning), 1 << 4);
-        QCOMPARE(int(csAncestor), 1 << 5);
-        QCOMPARE(int(csUpdating), 1 << 6);
-        QCOMPARE(int(csFixups), 1 << 7);
-        QCOMPARE(int(csFreeNotification), 1 << 8);
-        QCOMPARE(int(csInline), 1 << 9);
-        QCOMPARE(int(csDesignInstance), 1 << 10);
+        const TComponentStateFlag order[] = {csLoading, csReading, csWriting, csDestroying, csDesigning,
+                                             csAncestor, csUpdating, csFixups, csFreeNotification, csInline,
+                                             csDesignInstance};
+        for (int bit = 0; bit < int(std::size(order)); ++bit)
+            QCOMPARE(int(order[bit]), 1 << bit);
     }
 
     void foreignObjectsKeepStateBesideThem()
     {
         QTimer timer;
-        QWidget widget;
         QCOMPARE(ComponentState(&timer), TComponentState());
         QCOMPARE(ComponentState(nullptr), TComponentState());
         SetComponentState(nullptr, csLoading); // ignored
 
         SetComponentState(&timer, csLoading | csReading);
-        IncludeState(&widget, csUpdating);
         QCOMPARE(ComponentState(&timer), csLoading | csReading);
-        QCOMPARE(ComponentState(&widget), TComponentState(csUpdating));
         QVERIFY(timer.dynamicPropertyNames().isEmpty());
         QVERIFY(timer.children().isEmpty());
-
         ExcludeState(&timer, csLoading);
         QCOMPARE(ComponentState(&timer), TComponentState(csReading));
         IncludeState(&timer, csWriting);
         QCOMPARE(ComponentState(&timer), csReading | csWriting);
+        QCOMPARE(ComponentStateCount(), 1);
 
         // An empty state keeps no record.
-        QCOMPARE(ComponentStateCount(), 2);
-        SetComponentState(&timer, {});
-        ExcludeState(&widget, csUpdating);
+        ExcludeState(&timer, csReading | csWriting);
         QCOMPARE(ComponentStateCount(), 0);
     }
 
@@ -126,8 +115,9 @@ private Q_SLOTS:
         SetComponentState(button, {});
     }
 
-    void ourDestructorsMarkTheSubtree()
+    void destructionMarksTheSubtree()
     {
+        // Ours mark themselves first thing, and their children still are when ~QObject deletes them.
         auto *own = new TOwnComponent;
         auto *child = new QObject(own);
         auto *grandChild = new QObject(child);
@@ -136,16 +126,12 @@ private Q_SLOTS:
             ownSeen = ComponentState(own);
             grandChildSeen = ComponentState(grandChild);
         };
-        // Still so when ~QObject deletes the children.
         std::unique_ptr<TComponentState> childSeen(RecordStateWhenDestroyed(child));
         delete own;
         QCOMPARE(ownSeen, TComponentState(csDestroying));
         QCOMPARE(grandChildSeen, TComponentState(csDestroying));
         QCOMPARE(*childSeen, TComponentState(csDestroying));
-    }
 
-    void foreignObjectWithStateMarksItsChildrenWhenDestroyed()
-    {
         // A designed foreign form being closed: its widgets die designing and destroying.
         auto *form = new QWidget;
         auto *panel = new QWidget(form);

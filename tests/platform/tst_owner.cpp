@@ -1,6 +1,7 @@
 #include "platform/kvDataModule.h"
 #include "platform/kvException.h"
 #include "platform/kvOwner.h"
+#include "tests/platform/editortests.h"
 
 #include <QAction>
 #include <QApplication>
@@ -14,6 +15,7 @@
 #include <memory>
 
 using namespace kv;
+using kv::test::ErrorOf;
 using kv::test::Make;
 using namespace Qt::StringLiterals;
 
@@ -69,161 +71,117 @@ class tst_Owner : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void owners();
-    void ownedComponents();
-    void applicationOwnsTopRoots();
-    void findComponent();
-    void identifiers_data();
-    void identifiers();
-    void setComponentName();
-    void lookupsWhileDying();
+    void owners()
+    {
+        TFixture f;
+        for (QObject *root : {static_cast<QObject *>(qApp), static_cast<QObject *>(f.form.get()),
+                              static_cast<QObject *>(f.dialog), static_cast<QObject *>(f.module.get())})
+            QVERIFY(IsRoot(root));
+        for (QObject *part : {static_cast<QObject *>(f.panel), static_cast<QObject *>(f.menu), f.table,
+                              static_cast<QObject *>(nullptr)})
+            QVERIFY(!IsRoot(part));
+        QCOMPARE(GetOwner(f.button), f.form.get());
+        // The popup menu is no root: what it holds belongs to the form.
+        QCOMPARE(GetOwner(f.action), f.form.get());
+        QCOMPARE(GetOwner(f.dialog), f.form.get());
+        QCOMPARE(GetOwner(f.dialogButton), f.dialog);
+        QCOMPARE(GetOwner(f.field), f.module.get());
+        QCOMPARE(GetOwner(f.form.get()), qApp);
+        QCOMPARE(GetOwner(f.module.get()), qApp);
+        QCOMPARE(GetOwner(qApp), nullptr);
+        QCOMPARE(GetOwner(nullptr), nullptr);
+
+        QObject loose; // a parentless plain object is no root and has no owner
+        QObject *inside = Make<QObject>(&loose, u"Inside"_s);
+        QVERIFY(!IsRoot(&loose));
+        QCOMPARE(GetOwner(&loose), nullptr);
+        QCOMPARE(GetOwner(inside), nullptr);
+
+        // A data module inside a form is a root of its own, owned by the form.
+        auto *nested = new TDataModule(f.panel);
+        QObject *timer = Make<QObject>(nested, u"Timer1"_s);
+        QCOMPARE(GetOwner(nested), f.form.get());
+        QCOMPARE(GetOwner(timer), nested);
+    }
+
+    void ownedComponentsAndLookup()
+    {
+        TFixture f;
+        // Depth first in child order; a nested root is listed, what it owns is its own.
+        QCOMPARE(Names(OwnedComponents(f.form.get())),
+                 (QStringList{u"Panel1"_s, u"Button1"_s, u"Menu1"_s, u"Action1"_s, u"Dialog1"_s}));
+        QCOMPARE(Names(OwnedComponents(f.dialog)), QStringList{u"Button2"_s});
+        QCOMPARE(Names(OwnedComponents(f.module.get())), (QStringList{u"Table1"_s, u"Field1"_s}));
+        QCOMPARE(OwnedComponents(f.panel), QList<QObject *>());
+        QCOMPARE(OwnedComponents(nullptr), QList<QObject *>());
+        int visited = 0;
+        QVERIFY(!ForEachOwnedComponent(f.form.get(), [&visited](QObject *) { return ++visited < 2; }));
+        QCOMPARE(visited, 2);
+
+        // The application owns its children and the top roots, once each, nothing below them.
+        auto *appChild = Make<QObject>(qApp, u"AppChild"_s);
+        const QList<QObject *> owned = OwnedComponents(qApp);
+        QVERIFY(owned.contains(appChild));
+        QCOMPARE(owned.count(f.form.get()), 1);
+        QVERIFY(owned.contains(f.module.get()));
+        for (QObject *notOwned : {static_cast<QObject *>(f.button), static_cast<QObject *>(f.dialog), f.table})
+            QVERIFY(!owned.contains(notOwned));
+        QCOMPARE(FindComponent(qApp, u"form1"), f.form.get());
+        delete appChild;
+
+        QCOMPARE(FindComponent(f.form.get(), u"button1"), f.button);
+        QCOMPARE(FindComponent(f.form.get(), u"ACTION1"), f.action);
+        QCOMPARE(FindComponent(f.form.get(), u"Dialog1"), f.dialog);
+        QCOMPARE(FindComponent(f.form.get(), u"Button2"), nullptr);
+        QCOMPARE(FindComponent(f.module.get(), u"field1"), f.field);
+        QCOMPARE(FindComponent(f.form.get(), u""), nullptr);
+        QCOMPARE(FindComponent(f.panel, u"Button1"), nullptr);
+    }
+
+    void setComponentName()
+    {
+        for (const char *valid : {"Button1", "_x_2"})
+            QVERIFY2(IsValidIdent(QString::fromUtf8(valid)), valid);
+        for (const char *invalid : {"1Button", "Ok Button", "Form1.Button1", "Größe", ""})
+            QVERIFY2(!IsValidIdent(QString::fromUtf8(invalid)), invalid);
+
+        TFixture f;
+        SetComponentName(f.panel, u"Panel2"_s);
+        QCOMPARE(f.panel->objectName(), u"Panel2"_s);
+        // Another case of its own name is no clash.
+        SetComponentName(f.panel, u"PANEL2"_s);
+        QCOMPARE(f.panel->objectName(), u"PANEL2"_s);
+        QCOMPARE(ErrorOf([&] { SetComponentName(f.panel, u"button1"_s); }),
+                 u"A component named button1 already exists"_s);
+        QCOMPARE(ErrorOf([&] { SetComponentName(f.panel, u"1st"_s); }), u"'1st' is not a valid component name"_s);
+        QCOMPARE(f.panel->objectName(), u"PANEL2"_s);
+        // Names are unique per owner: another root may reuse one.
+        SetComponentName(f.dialogButton, u"Button1"_s);
+        QCOMPARE(f.dialogButton->objectName(), u"Button1"_s);
+        SetComponentName(f.panel, QString());
+        QCOMPARE(f.panel->objectName(), QString());
+    }
+
+    void lookupsWhileDying()
+    {
+        // Components that ask about their owner while their form is being destroyed.
+        auto form = std::make_unique<QWidget>();
+        QWidget *child = Make<QWidget>(form.get(), u"Child"_s);
+        auto *module = new TDataModule;
+        QObject *table = Make<QObject>(module, u"Table"_s);
+        int asked = 0;
+        const auto ask = [&asked](QObject *dying) {
+            GetOwner(dying);
+            OwnedComponents(GetOwner(dying));
+            ++asked;
+        };
+        connect(child, &QObject::destroyed, ask);
+        connect(table, &QObject::destroyed, ask);
+        form.reset();
+        delete module;
+        QCOMPARE(asked, 2);
+    }
 };
-
-void tst_Owner::owners()
-{
-    TFixture f;
-    for (QObject *root : {static_cast<QObject *>(qApp), static_cast<QObject *>(f.form.get()), static_cast<QObject *>(f.dialog),
-                          static_cast<QObject *>(f.module.get())})
-        QVERIFY(IsRoot(root));
-    for (QObject *part : {static_cast<QObject *>(f.panel), static_cast<QObject *>(f.menu), f.table, static_cast<QObject *>(nullptr)})
-        QVERIFY(!IsRoot(part));
-    QCOMPARE(GetOwner(f.button), f.form.get());
-    QCOMPARE(GetOwner(f.panel), f.form.get());
-    // The popup menu is no root: what it holds belongs to the form.
-    QCOMPARE(GetOwner(f.action), f.form.get());
-    QCOMPARE(GetOwner(f.dialog), f.form.get());
-    QCOMPARE(GetOwner(f.dialogButton), f.dialog);
-    QCOMPARE(GetOwner(f.field), f.module.get());
-    QCOMPARE(GetOwner(f.form.get()), qApp);
-    QCOMPARE(GetOwner(f.module.get()), qApp);
-    QCOMPARE(GetOwner(qApp), nullptr);
-    QCOMPARE(GetOwner(nullptr), nullptr);
-
-    QObject loose; // a parentless plain object is no root and has no owner
-    QObject *inside = Make<QObject>(&loose, u"Inside"_s);
-    QVERIFY(!IsRoot(&loose));
-    QCOMPARE(GetOwner(&loose), nullptr);
-    QCOMPARE(GetOwner(inside), nullptr);
-
-    // A data module inside a form is a root of its own, owned by the form.
-    auto *nested = new TDataModule(f.panel);
-    QObject *timer = Make<QObject>(nested, u"Timer1"_s);
-    QCOMPARE(GetOwner(nested), f.form.get());
-    QCOMPARE(GetOwner(timer), nested);
-}
-
-void tst_Owner::ownedComponents()
-{
-    TFixture f;
-    QCOMPARE(Names(OwnedComponents(f.form.get())),
-             (QStringList{u"Panel1"_s, u"Button1"_s, u"Menu1"_s, u"Action1"_s, u"Dialog1"_s}));
-    QCOMPARE(Names(OwnedComponents(f.dialog)), QStringList{u"Button2"_s});
-    QCOMPARE(Names(OwnedComponents(f.module.get())), (QStringList{u"Table1"_s, u"Field1"_s}));
-    QCOMPARE(OwnedComponents(f.panel), QList<QObject *>());
-    QCOMPARE(OwnedComponents(nullptr), QList<QObject *>());
-
-    int visited = 0;
-    QVERIFY(!ForEachOwnedComponent(f.form.get(), [&visited](QObject *) { return ++visited < 2; }));
-    QCOMPARE(visited, 2);
-}
-
-void tst_Owner::applicationOwnsTopRoots()
-{
-    TFixture f;
-    auto *appChild = Make<QObject>(qApp, u"AppChild"_s);
-    const QList<QObject *> owned = OwnedComponents(qApp);
-    QVERIFY(owned.contains(appChild));
-    QVERIFY(owned.contains(f.form.get()));
-    QVERIFY(owned.contains(f.module.get()));
-    QVERIFY(!owned.contains(f.button));
-    QVERIFY(!owned.contains(f.dialog));
-    QVERIFY(!owned.contains(f.table));
-    QCOMPARE(owned.count(f.form.get()), 1);
-    delete appChild;
-}
-
-void tst_Owner::findComponent()
-{
-    TFixture f;
-    QCOMPARE(FindComponent(f.form.get(), u"button1"), f.button);
-    QCOMPARE(FindComponent(f.form.get(), u"ACTION1"), f.action);
-    QCOMPARE(FindComponent(f.form.get(), u"Dialog1"), f.dialog);
-    // What a nested root owns is its own.
-    QCOMPARE(FindComponent(f.form.get(), u"Button2"), nullptr);
-    QCOMPARE(FindComponent(f.module.get(), u"field1"), f.field);
-    QCOMPARE(FindComponent(qApp, u"form1"), f.form.get());
-    QCOMPARE(FindComponent(f.form.get(), u""), nullptr);
-    QCOMPARE(FindComponent(f.panel, u"Button1"), nullptr);
-}
-
-void tst_Owner::identifiers_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("valid");
-
-    QTest::newRow("letters and digits") << "Button1" << true;
-    QTest::newRow("underscore first") << "_x_2" << true;
-    QTest::newRow("digit first") << "1Button" << false;
-    QTest::newRow("blank") << "Ok Button" << false;
-    QTest::newRow("point") << "Form1.Button1" << false;
-    QTest::newRow("accented") << "Größe" << false;
-    QTest::newRow("empty") << "" << false;
-}
-
-void tst_Owner::identifiers()
-{
-    QFETCH(QString, text);
-    QFETCH(bool, valid);
-    QCOMPARE(IsValidIdent(text), valid);
-}
-
-void tst_Owner::setComponentName()
-{
-    TFixture f;
-    SetComponentName(f.panel, u"Panel2"_s);
-    QCOMPARE(f.panel->objectName(), u"Panel2"_s);
-    // Another case of its own name is no clash.
-    SetComponentName(f.panel, u"PANEL2"_s);
-    QCOMPARE(f.panel->objectName(), u"PANEL2"_s);
-    try {
-        SetComponentName(f.panel, u"button1"_s);
-        QFAIL("a name taken in the owner must raise");
-    } catch (const Exception &e) {
-        QCOMPARE(e.Message(), u"A component named button1 already exists"_s);
-    }
-    try {
-        SetComponentName(f.panel, u"1st"_s);
-        QFAIL("a name that is no identifier must raise");
-    } catch (const Exception &e) {
-        QCOMPARE(e.Message(), u"'1st' is not a valid component name"_s);
-    }
-    QCOMPARE(f.panel->objectName(), u"PANEL2"_s);
-    // Names are unique per owner: another root may reuse one.
-    SetComponentName(f.dialogButton, u"Button1"_s);
-    QCOMPARE(f.dialogButton->objectName(), u"Button1"_s);
-    SetComponentName(f.panel, QString());
-    QCOMPARE(f.panel->objectName(), QString());
-}
-
-void tst_Owner::lookupsWhileDying()
-{
-    // Components that ask about their owner while their form is being destroyed.
-    auto form = std::make_unique<QWidget>();
-    QWidget *child = Make<QWidget>(form.get(), u"Child"_s);
-    auto *module = new TDataModule;
-    QObject *table = Make<QObject>(module, u"Table"_s);
-    int asked = 0;
-    const auto ask = [&asked](QObject *dying) {
-        GetOwner(dying);
-        OwnedComponents(GetOwner(dying));
-        ++asked;
-    };
-    connect(child, &QObject::destroyed, ask);
-    connect(table, &QObject::destroyed, ask);
-    form.reset();
-    delete module;
-    QCOMPARE(asked, 2);
-}
 
 QTEST_MAIN(tst_Owner)
 #include "tst_owner.moc"
