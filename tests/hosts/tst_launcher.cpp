@@ -1,6 +1,7 @@
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QtTest>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -16,34 +17,24 @@ TRun Launch(const QStringList &args, const QByteArray &preload = {}, const QStri
 {
     QProcess process;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    env.remove(QStringLiteral("KVIDEINSP_PRELOAD"));
-    env.remove(QStringLiteral("LD_PRELOAD"));
+    env.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+    env.remove(u"KVIDEINSP_PRELOAD"_s);
+    env.remove(u"LD_PRELOAD"_s);
     if (!preload.isEmpty())
-        env.insert(QStringLiteral("LD_PRELOAD"), QString::fromLocal8Bit(preload));
+        env.insert(u"LD_PRELOAD"_s, QString::fromLocal8Bit(preload));
     process.setProcessEnvironment(env);
     process.start(program.isEmpty() ? QStringLiteral(KV_LAUNCHER) : program, args);
     TRun run;
     if (!process.waitForFinished(60000)) {
         process.kill();
         process.waitForFinished();
-        run.Err = QStringLiteral("timed out");
+        run.Err = u"timed out"_s;
         return run;
     }
     run.ExitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     run.Out = QString::fromLocal8Bit(process.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
     run.Err = QString::fromLocal8Bit(process.readAllStandardError());
     return run;
-}
-
-QStringList Filter(const QStringList &lines, const QString &prefix)
-{
-    QStringList kept;
-    for (const QString &line : lines) {
-        if (line.startsWith(prefix))
-            kept << line.mid(prefix.size());
-    }
-    return kept;
 }
 
 // What the launcher, the package or a sanitizer said on stderr; Qt's own remarks about the
@@ -67,61 +58,42 @@ class tst_Launcher : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void putsTheItemIntoTheToolsMenu_data()
+    // What the program prints: its Tools menu, then the preload variables that its children
+    // would inherit.
+    void runsTheProgramWithTheItem_data()
     {
-        QTest::addColumn<QString>("mode");
-        QTest::newRow("named ToolsMenu") << QStringLiteral("named");
-        QTest::newRow("IDE style name") << QStringLiteral("dotted");
-        QTest::newRow("titled Tools") << QStringLiteral("title");
+        QTest::addColumn<QString>("program"); // empty: the launcher, with the arguments
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QByteArray>("preload");
+        QTest::addColumn<QStringList>("output");
+        const QStringList tools = {u"TOOLS &Options|"_s, u"TOOLS Korvo IDE Inspector|ToolsKorvoIDEInspector"_s,
+                                   u"TOOLS &Customize...|"_s};
+        const QStringList cleared = {u"ENV LD_PRELOAD="_s, u"ENV KVIDEINSP_PRELOAD="_s};
+        const QStringList withItem = tools + cleared;
+        const QString fixture = QStringLiteral(KV_FIXTURE);
+        const QString linked = QStringLiteral(KV_LINKED_FIXTURE);
+
+        QTest::newRow("named ToolsMenu") << QString() << QStringList{fixture, u"named"_s} << QByteArray() << withItem;
+        QTest::newRow("IDE style name") << QString() << QStringList{fixture, u"dotted"_s} << QByteArray() << withItem;
+        QTest::newRow("titled Tools") << QString() << QStringList{fixture, u"title"_s} << QByteArray() << withItem;
+        QTest::newRow("preload kept") << QString() << QStringList{fixture, u"named"_s} << QByteArray("libm.so.6")
+                                      << tools + QStringList{u"ENV LD_PRELOAD=libm.so.6"_s, u"ENV KVIDEINSP_PRELOAD="_s};
+        QTest::newRow("no Tools menu") << QString() << QStringList{fixture, u"none"_s} << QByteArray() << cleared;
+        QTest::newRow("no QApplication") << QString() << QStringList{fixture, u"core"_s} << QByteArray()
+                                         << cleared + QStringList{u"CORE OK"_s};
+        // A program that links the package gets one item, launched or not.
+        QTest::newRow("linked alone") << linked << QStringList() << QByteArray() << withItem;
+        QTest::newRow("linked launched") << QString() << QStringList{linked, u"named"_s} << QByteArray() << withItem;
     }
 
-    void putsTheItemIntoTheToolsMenu()
+    void runsTheProgramWithTheItem()
     {
-        QFETCH(QString, mode);
-        const TRun run = Launch({QStringLiteral(KV_FIXTURE), mode});
+        QFETCH(QString, program);
+        QFETCH(QStringList, arguments);
+        QFETCH(QByteArray, preload);
+        const TRun run = Launch(arguments, preload, program);
         QVERIFY2(run.ExitCode == 0, qPrintable(run.Err));
-        QCOMPARE(Filter(run.Out, QStringLiteral("TOOLS ")),
-                 QStringList({QStringLiteral("&Options|"), QStringLiteral("Korvo IDE Inspector|ToolsKorvoIDEInspector"),
-                              QStringLiteral("&Customize...|")}));
-        // The preload is gone from the environment that children would inherit.
-        QCOMPARE(Filter(run.Out, QStringLiteral("ENV ")),
-                 QStringList({QStringLiteral("LD_PRELOAD="), QStringLiteral("KVIDEINSP_PRELOAD=")}));
-        QCOMPARE(Complaints(run.Err), QStringList());
-    }
-
-    void programThatLinksThePackageGetsOneItem()
-    {
-        const QStringList expected = {QStringLiteral("&Options|"), QStringLiteral("Korvo IDE Inspector|ToolsKorvoIDEInspector"),
-                                      QStringLiteral("&Customize...|")};
-        const TRun alone = Launch({}, {}, QStringLiteral(KV_LINKED_FIXTURE));
-        QVERIFY2(alone.ExitCode == 0, qPrintable(alone.Err));
-        QCOMPARE(Filter(alone.Out, QStringLiteral("TOOLS ")), expected);
-        const TRun launched = Launch({QStringLiteral(KV_LINKED_FIXTURE), QStringLiteral("named")});
-        QVERIFY2(launched.ExitCode == 0, qPrintable(launched.Err));
-        QCOMPARE(Filter(launched.Out, QStringLiteral("TOOLS ")), expected);
-        QCOMPARE(Complaints(launched.Err), QStringList());
-    }
-
-    void keepsAPreloadAlreadySet()
-    {
-        const TRun run = Launch({QStringLiteral(KV_FIXTURE), QStringLiteral("named")}, "libm.so.6");
-        QVERIFY2(run.ExitCode == 0, qPrintable(run.Err));
-        QCOMPARE(Filter(run.Out, QStringLiteral("ENV LD_PRELOAD=")), QStringList(QStringLiteral("libm.so.6")));
-        QCOMPARE(Filter(run.Out, QStringLiteral("TOOLS ")).size(), 3);
-    }
-
-    void programWithoutToolsMenu()
-    {
-        const TRun run = Launch({QStringLiteral(KV_FIXTURE), QStringLiteral("none")});
-        QCOMPARE(run.ExitCode, 0);
-        QCOMPARE(Complaints(run.Err), QStringList());
-    }
-
-    void programWithoutQApplication()
-    {
-        const TRun run = Launch({QStringLiteral(KV_FIXTURE), QStringLiteral("core")});
-        QCOMPARE(run.ExitCode, 0);
-        QVERIFY(run.Out.contains(QStringLiteral("CORE OK")));
+        QTEST(run.Out, "output");
         QCOMPARE(Complaints(run.Err), QStringList());
     }
 
@@ -130,11 +102,11 @@ private Q_SLOTS:
         QTest::addColumn<QString>("program");
         QTest::addColumn<int>("exitCode");
         QTest::addColumn<QString>("message");
-        QTest::newRow("missing path") << QStringLiteral("/nonexistent/prog") << 127 << QStringLiteral("no such program");
-        QTest::newRow("missing name") << QStringLiteral("kv-no-such-program-here") << 127 << QStringLiteral("no such program");
-        QTest::newRow("directory") << QStringLiteral("/tmp") << 126 << QStringLiteral("not an executable program");
-        QTest::newRow("not Qt") << QStringLiteral("/bin/true") << 2 << QStringLiteral("is not a Qt 6 Widgets program");
-        QTest::newRow("script") << QStringLiteral(KV_SCRIPT) << 2 << QStringLiteral("is not a Qt 6 Widgets program");
+        QTest::newRow("missing path") << u"/nonexistent/prog"_s << 127 << u"no such program"_s;
+        QTest::newRow("missing name") << u"kv-no-such-program-here"_s << 127 << u"no such program"_s;
+        QTest::newRow("directory") << u"/tmp"_s << 126 << u"not an executable program"_s;
+        QTest::newRow("not Qt") << u"/bin/true"_s << 2 << u"is not a Qt 6 Widgets program"_s;
+        QTest::newRow("script") << QStringLiteral(KV_SCRIPT) << 2 << u"is not a Qt 6 Widgets program"_s;
     }
 
     void refusesWhatItCannotRun()
@@ -145,14 +117,14 @@ private Q_SLOTS:
         const TRun run = Launch({program});
         QCOMPARE(run.ExitCode, exitCode);
         QVERIFY2(run.Err.contains(message), qPrintable(run.Err));
-        QVERIFY2(run.Err.startsWith(QStringLiteral("kvideinsp-run: ")), qPrintable(run.Err));
+        QVERIFY2(run.Err.startsWith(u"kvideinsp-run: "_s), qPrintable(run.Err));
     }
 
     void usage()
     {
         const TRun run = Launch({});
         QCOMPARE(run.ExitCode, 2);
-        QVERIFY(run.Err.contains(QStringLiteral("usage: kvideinsp-run PROGRAM")));
+        QVERIFY(run.Err.contains(u"usage: kvideinsp-run PROGRAM"_s));
     }
 };
 

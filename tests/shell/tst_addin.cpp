@@ -7,24 +7,26 @@
 #include <QtTest>
 
 using namespace kv;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 // Test doubles of the host's tool services that log what they are asked and when each
 // interface is released.
-struct THostLog
+struct THostLog : TIToolServices
 {
-    QStringList Events;
+    std::unique_ptr<TIMainMenuIntf> GetMainMenu() const override;
+
+    mutable QStringList Events;
+    // The arguments of an insertion that vary; the others are constants of the call.
     struct TInsert
     {
         int Index;
-        QString Caption, Name, Hint;
-        QKeySequence ShortCut;
-        int Context, GroupIndex;
+        QString Caption, Name;
         TIMenuFlags Flags;
         TIMenuClickEvent Handler;
     };
-    QList<TInsert> Inserts;
+    mutable QList<TInsert> Inserts;
     bool HasMainMenu = true;
     bool HasMenuItems = true;
     bool HasTools = true;
@@ -35,8 +37,8 @@ struct THostLog
 class TFakeMenuItem : public TIMenuItemIntf
 {
 public:
-    TFakeMenuItem(THostLog &log, QString name, int count) : m_log(log), m_name(std::move(name)), m_count(count) {}
-    ~TFakeMenuItem() override { m_log.Events << QStringLiteral("release ") + m_name; }
+    TFakeMenuItem(const THostLog &log, QString name, int count) : m_log(log), m_name(std::move(name)), m_count(count) {}
+    ~TFakeMenuItem() override { m_log.Events << u"release "_s + m_name; }
 
     int GetItemCount() const override { return m_count; }
     std::unique_ptr<TIMenuItemIntf> GetItem(int) const override { return nullptr; }
@@ -44,17 +46,17 @@ public:
     QString GetCaption() const override { return m_name; }
     TIMenuFlags GetFlags() const override { return mfEnabled | mfVisible; }
     std::unique_ptr<TIMenuItemIntf> InsertItem(int Index, const QString &Caption, const QString &Name,
-                                               const QString &Hint, const QKeySequence &ShortCut, int Context,
-                                               int GroupIndex, TIMenuFlags Flags, TIMenuClickEvent Handler) override
+                                               const QString &, const QKeySequence &, int, int, TIMenuFlags Flags,
+                                               TIMenuClickEvent Handler) override
     {
         if (m_log.InsertThrows)
-            throw Exception(QStringLiteral("menu is locked"));
-        m_log.Inserts.append({Index, Caption, Name, Hint, ShortCut, Context, GroupIndex, Flags, Handler});
+            throw Exception(u"menu is locked"_s);
+        m_log.Inserts.append({Index, Caption, Name, Flags, Handler});
         return std::make_unique<TFakeMenuItem>(m_log, Name, 0);
     }
 
 private:
-    THostLog &m_log;
+    const THostLog &m_log;
     QString m_name;
     int m_count;
 };
@@ -62,41 +64,37 @@ private:
 class TFakeMainMenu : public TIMainMenuIntf
 {
 public:
-    explicit TFakeMainMenu(THostLog &log) : m_log(log) {}
-    ~TFakeMainMenu() override { m_log.Events << QStringLiteral("release main menu"); }
+    explicit TFakeMainMenu(const THostLog &log) : m_log(log) {}
+    ~TFakeMainMenu() override { m_log.Events << u"release main menu"_s; }
 
     std::unique_ptr<TIMenuItemIntf> GetMenuItems() const override
     {
         if (!m_log.HasMenuItems)
             return nullptr;
-        return std::make_unique<TFakeMenuItem>(m_log, QStringLiteral("menu items"), 6);
+        return std::make_unique<TFakeMenuItem>(m_log, u"menu items"_s, 6);
     }
     std::unique_ptr<TIMenuItemIntf> FindMenuItem(const QString &Name) const override
     {
-        m_log.Events << QStringLiteral("find ") + Name;
+        m_log.Events << u"find "_s + Name;
         if (!m_log.HasTools || Name != QLatin1String("ToolsMenu"))
             return nullptr;
         return std::make_unique<TFakeMenuItem>(m_log, Name, m_log.ToolsItemCount);
     }
 
 private:
-    THostLog &m_log;
+    const THostLog &m_log;
 };
 
-class TFakeToolServices : public TIToolServices
+std::unique_ptr<TIMainMenuIntf> THostLog::GetMainMenu() const
 {
-public:
-    explicit TFakeToolServices(THostLog &log) : m_log(log) {}
-    std::unique_ptr<TIMainMenuIntf> GetMainMenu() const override
-    {
-        if (!m_log.HasMainMenu)
-            return nullptr;
-        return std::make_unique<TFakeMainMenu>(m_log);
-    }
+    if (!HasMainMenu)
+        return nullptr;
+    return std::make_unique<TFakeMainMenu>(*this);
+}
 
-private:
-    THostLog &m_log;
-};
+// What the add-in does with the host's menus when it inserts its item, or fails to.
+const QStringList FindAndRelease = {u"find ToolsMenu"_s, u"release ToolsMenu"_s, u"release menu items"_s,
+                                    u"release main menu"_s};
 
 int g_showCalls = 0;
 void CountShow() { ++g_showCalls; }
@@ -111,14 +109,12 @@ class tst_AddIn : public QObject
     Q_OBJECT
 
     THostLog m_log;
-    std::unique_ptr<TFakeToolServices> m_services;
 
 private Q_SLOTS:
     void init()
     {
         m_log = THostLog();
-        m_services = std::make_unique<TFakeToolServices>(m_log);
-        ToolServices() = m_services.get();
+        ToolServices() = &m_log;
         ShowIDEInspectorProc = nullptr;
         g_showCalls = 0;
     }
@@ -130,20 +126,22 @@ private Q_SLOTS:
         ShowIDEInspectorProc = nullptr;
     }
 
-    void identity()
+    void namesFollowTheHostServices()
     {
-        TKVExpert expert(QStringLiteral("Korvo IDE Inspector"));
-        QCOMPARE(expert.GetName(), QStringLiteral("Korvo IDE Inspector Expert"));
-        QCOMPARE(expert.GetAuthor(), QStringLiteral("Korvo Company"));
-        QCOMPARE(expert.GetComment(), QString());
-        QCOMPARE(expert.GetPage(), QString());
-        QCOMPARE(expert.GetGlyph(), nullptr);
-        QCOMPARE(expert.GetStyle(), esAddIn);
-        QCOMPARE(expert.GetState(), TExpertState(esEnabled));
-        QCOMPARE(expert.GetIDString(), QStringLiteral("KorvoCompany.Korvo IDE Inspector"));
-        QCOMPARE(expert.GetMenuText(), QStringLiteral("Korvo IDE Inspector..."));
-        expert.Execute(); // does nothing, opens nothing
-        QCOMPARE(g_showCalls, 0);
+        {
+            TKVExpert expert(u"Korvo IDE Inspector"_s);
+            QCOMPARE(expert.GetName(), u"Korvo IDE Inspector Expert"_s);
+            QCOMPARE(expert.GetIDString(), u"KorvoCompany.Korvo IDE Inspector"_s);
+            QCOMPARE(expert.GetMenuText(), u"Korvo IDE Inspector..."_s);
+            expert.Execute(); // does nothing, opens nothing
+            QCOMPARE(g_showCalls, 0);
+        }
+        // Without the host's tool services the add-in stays unnamed and inserts nothing.
+        ToolServices() = nullptr;
+        TKVExpert expert(u"Korvo IDE Inspector"_s);
+        QCOMPARE(expert.GetName(), u" Expert"_s);
+        QCOMPARE(expert.GetIDString(), u"KorvoCompany."_s);
+        QCOMPARE(expert.MenuItem(), nullptr);
     }
 
     void insertsJustAheadOfTheLastItem_data()
@@ -161,84 +159,58 @@ private Q_SLOTS:
         QFETCH(int, index);
         m_log.ToolsItemCount = count;
         {
-            TKVExpert expert(QStringLiteral("Korvo IDE Inspector"));
+            TKVExpert expert(u"Korvo IDE Inspector"_s);
             QVERIFY(expert.MenuItem());
             QCOMPARE(m_log.Inserts.size(), 1);
             const THostLog::TInsert &insert = m_log.Inserts.first();
             QCOMPARE(insert.Index, index);
-            QCOMPARE(insert.Caption, QStringLiteral("Korvo IDE Inspector"));
-            QCOMPARE(insert.Name, QStringLiteral("ToolsKorvoIDEInspector"));
-            QCOMPARE(insert.Hint, QString());
-            QVERIFY(insert.ShortCut.isEmpty());
-            QCOMPARE(insert.Context, 0);
-            QCOMPARE(insert.GroupIndex, 0);
-            QCOMPARE(insert.Flags, TIMenuFlags(6));
+            QCOMPARE(insert.Caption, u"Korvo IDE Inspector"_s);
+            QCOMPARE(insert.Name, u"ToolsKorvoIDEInspector"_s);
+            QCOMPARE(insert.Flags, TIMenuFlags(mfEnabled | mfVisible));
             // The Tools menu, the menu items and the main menu are released, in that order,
             // once the item is in; the item itself is kept.
-            QCOMPARE(m_log.Events, QStringList({QStringLiteral("find ToolsMenu"), QStringLiteral("release ToolsMenu"),
-                                                QStringLiteral("release menu items"), QStringLiteral("release main menu")}));
+            QCOMPARE(m_log.Events, FindAndRelease);
             m_log.Events.clear();
+
+            // A click opens the inspector when its window unit has installed it.
+            QVERIFY(bool(insert.Handler));
+            insert.Handler(expert.MenuItem());
+            QCOMPARE(g_showCalls, 0);
+            ShowIDEInspectorProc = CountShow;
+            insert.Handler(expert.MenuItem());
+            QCOMPARE(g_showCalls, 1);
         }
-        QCOMPARE(m_log.Events, QStringList(QStringLiteral("release ToolsKorvoIDEInspector")));
-    }
-
-    void clickOpensTheInspectorWhenThereIsOne()
-    {
-        TKVExpert expert(QStringLiteral("Korvo IDE Inspector"));
-        const TIMenuClickEvent click = m_log.Inserts.first().Handler;
-        QVERIFY(bool(click));
-        click(expert.MenuItem()); // no window unit yet: nothing happens
-        QCOMPARE(g_showCalls, 0);
-        ShowIDEInspectorProc = CountShow;
-        click(expert.MenuItem());
-        click(expert.MenuItem());
-        QCOMPARE(g_showCalls, 2);
-    }
-
-    void noToolServices()
-    {
-        ToolServices() = nullptr;
-        TKVExpert expert(QStringLiteral("Korvo IDE Inspector"));
-        QCOMPARE(expert.GetName(), QStringLiteral(" Expert"));
-        QCOMPARE(expert.GetIDString(), QStringLiteral("KorvoCompany."));
-        QCOMPARE(expert.MenuItem(), nullptr);
+        QCOMPARE(m_log.Events, QStringList(u"release ToolsKorvoIDEInspector"_s));
     }
 
     void missingMenusInsertNothing_data()
     {
-        QTest::addColumn<bool>("mainMenu");
-        QTest::addColumn<bool>("menuItems");
-        QTest::addColumn<bool>("tools");
+        QTest::addColumn<QString>("missing");
         QTest::addColumn<QStringList>("events");
-        QTest::newRow("no main menu") << false << true << true << QStringList();
-        QTest::newRow("no menu items") << true << false << true << QStringList({QStringLiteral("release main menu")});
-        QTest::newRow("no Tools menu") << true << true << false
-                                       << QStringList({QStringLiteral("find ToolsMenu"), QStringLiteral("release menu items"),
-                                                       QStringLiteral("release main menu")});
+        QTest::newRow("no main menu") << u"main menu"_s << QStringList();
+        QTest::newRow("no menu items") << u"menu items"_s << QStringList({u"release main menu"_s});
+        QTest::newRow("no Tools menu") << u"Tools menu"_s << QStringList({u"find ToolsMenu"_s, u"release menu items"_s,
+                                                                          u"release main menu"_s});
     }
 
     void missingMenusInsertNothing()
     {
-        QFETCH(bool, mainMenu);
-        QFETCH(bool, menuItems);
-        QFETCH(bool, tools);
-        QFETCH(QStringList, events);
-        m_log.HasMainMenu = mainMenu;
-        m_log.HasMenuItems = menuItems;
-        m_log.HasTools = tools;
-        TKVExpert expert(QStringLiteral("Korvo IDE Inspector"));
+        QFETCH(QString, missing);
+        m_log.HasMainMenu = missing != "main menu"_L1;
+        m_log.HasMenuItems = missing != "menu items"_L1;
+        m_log.HasTools = missing != "Tools menu"_L1;
+        TKVExpert expert(u"Korvo IDE Inspector"_s);
         QCOMPARE(expert.MenuItem(), nullptr);
         QVERIFY(m_log.Inserts.isEmpty());
-        QCOMPARE(expert.GetName(), QStringLiteral("Korvo IDE Inspector Expert")); // still registered, named
-        QCOMPARE(m_log.Events, events);
+        QCOMPARE(expert.GetName(), u"Korvo IDE Inspector Expert"_s); // still registered, named
+        QTEST(m_log.Events, "events");
     }
 
     void failedInsertReleasesEverythingAndPropagates()
     {
         m_log.InsertThrows = true;
-        QVERIFY_THROWS_EXCEPTION(Exception, TKVExpert(QStringLiteral("Korvo IDE Inspector")));
-        QCOMPARE(m_log.Events, QStringList({QStringLiteral("find ToolsMenu"), QStringLiteral("release ToolsMenu"),
-                                            QStringLiteral("release menu items"), QStringLiteral("release main menu")}));
+        QVERIFY_THROWS_EXCEPTION(Exception, TKVExpert(u"Korvo IDE Inspector"_s));
+        QCOMPARE(m_log.Events, FindAndRelease);
     }
 
     void registerHandsTheAddInToTheHost()
@@ -250,10 +222,10 @@ private Q_SLOTS:
         LibraryExpertProc() = [&](std::unique_ptr<TIExpert> e) { registered.push_back(std::move(e)); };
         IDEInspReg::Register();
         QCOMPARE(registered.size(), size_t(1));
-        QCOMPARE(registered.front()->GetName(), QStringLiteral("Korvo IDE Inspector Expert"));
+        QCOMPARE(registered.front()->GetName(), u"Korvo IDE Inspector Expert"_s);
         QCOMPARE(m_log.Inserts.size(), 1);
         registered.clear();
-        QCOMPARE(m_log.Events.last(), QStringLiteral("release ToolsKorvoIDEInspector"));
+        QCOMPARE(m_log.Events.last(), u"release ToolsKorvoIDEInspector"_s);
     }
 
     void registrationGates()

@@ -6,6 +6,7 @@
 #include <memory>
 
 using namespace kv;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -42,20 +43,19 @@ private Q_SLOTS:
     void init() { QCOMPARE(kvFreeNotificationCount(), 0); }
     void cleanup() { ideHook::Finalize(); }
 
-    void methodsCompareByObjectAndMember()
-    {
-        TWatcher a, b;
-        QVERIFY(a.Method() == a.Method());
-        QVERIFY(!(a.Method() == a.Other()));
-        QVERIFY(!(a.Method() == b.Method()));
-    }
-
+    // Every registration is called once, in order, even after one of them failed; the
+    // failure is shown.
     void everyRegistrationIsCalledOnceInOrder()
     {
+        QStringList shown;
+        const TExceptionHandler previous = SetExceptionHandler([&](const QString &m) { shown << m; });
         TWatcher first, second;
         QStringList order;
-        first.During = [&](const void *) { order << QStringLiteral("first"); };
-        second.During = [&](const void *) { order << QStringLiteral("second"); };
+        first.During = [&](const void *) {
+            order << u"first"_s;
+            throw Exception(u"handler failed"_s);
+        };
+        second.During = [&](const void *) { order << u"second"_s; };
         auto obj = std::make_unique<QObject>();
         const void *address = obj.get();
         kvAddFreeNotification(obj.get(), first.Method());
@@ -63,30 +63,54 @@ private Q_SLOTS:
         kvAddFreeNotification(obj.get(), first.Method()); // the same method twice: two calls
         QCOMPARE(kvFreeNotificationCount(), 1);
         obj.reset();
+        SetExceptionHandler(previous);
         QCOMPARE(first.Calls, QList<const void *>({address, address}));
         QCOMPARE(second.Calls, QList<const void *>({address}));
-        QCOMPARE(order, QStringList({QStringLiteral("first"), QStringLiteral("second"), QStringLiteral("first")}));
+        QCOMPARE(order, QStringList({u"first"_s, u"second"_s, u"first"_s}));
+        QCOMPARE(shown, QStringList({u"handler failed"_s, u"handler failed"_s}));
         QCOMPARE(kvFreeNotificationCount(), 0);
     }
 
-    void plainObjectsAreWatchedToo()
+    void plainObjectsAndChildrenAreWatchedToo()
     {
         TWatcher watcher;
         auto plain = std::make_unique<TPlain>();
-        const void *address = FreeNotifyKey(plain.get());
+        auto parent = std::make_unique<QObject>();
+        const QList<const void *> expected = {FreeNotifyKey(plain.get()), new QObject(parent.get()),
+                                              new QObject(parent.get())};
         kvAddFreeNotification(plain.get(), watcher.Method());
+        for (const QObject *child : parent->children())
+            kvAddFreeNotification(child, watcher.Method());
         plain.reset();
-        QCOMPARE(watcher.Calls, QList<const void *>({address}));
+        parent.reset(); // the children go with their parent
+        QCOMPARE(watcher.Calls, expected);
         QCOMPARE(kvFreeNotificationCount(), 0);
     }
 
-    void removalInsideTheHandlerChangesNothing()
+    void removalRules()
     {
         TWatcher watcher, later;
         auto obj = std::make_unique<QObject>();
+        kvAddFreeNotification(obj.get(), watcher.Method());
+        // A method is the object and the member: another member or another object's
+        // method was never registered, and the entry stays.
+        kvRemoveFreeNotification(obj.get(), watcher.Other());
+        kvRemoveFreeNotification(obj.get(), later.Method());
+        QCOMPARE(kvFreeNotificationCount(), 1);
+        kvAddFreeNotification(obj.get(), watcher.Method());
+        kvRemoveFreeNotification(obj.get(), watcher.Method()); // removes both registrations
+        QCOMPARE(kvFreeNotificationCount(), 0);
+        kvAddFreeNotification(static_cast<QObject *>(nullptr), watcher.Method()); // nil: nothing
+        kvRemoveFreeNotification(static_cast<QObject *>(nullptr), watcher.Method());
+        QCOMPARE(kvFreeNotificationCount(), 0);
+        obj.reset();
+        QVERIFY(watcher.Calls.isEmpty());
+
+        // Removal inside a handler changes nothing: the entry has already left.
+        obj = std::make_unique<QObject>();
         const QObject *raw = obj.get();
         watcher.During = [&](const void *) {
-            kvRemoveFreeNotification(raw, later.Method()); // the entry has already left
+            kvRemoveFreeNotification(raw, later.Method());
             kvRemoveFreeNotification(raw, watcher.Method());
         };
         kvAddFreeNotification(raw, watcher.Method());
@@ -94,24 +118,6 @@ private Q_SLOTS:
         obj.reset();
         QCOMPARE(watcher.Calls.size(), 1);
         QCOMPARE(later.Calls.size(), 1);
-    }
-
-    void removalRules()
-    {
-        TWatcher watcher;
-        auto obj = std::make_unique<QObject>();
-        kvAddFreeNotification(obj.get(), watcher.Method());
-        kvRemoveFreeNotification(obj.get(), watcher.Other()); // never registered: entry stays
-        QCOMPARE(kvFreeNotificationCount(), 1);
-        kvAddFreeNotification(obj.get(), watcher.Method());
-        kvRemoveFreeNotification(obj.get(), watcher.Method()); // removes both registrations
-        QCOMPARE(kvFreeNotificationCount(), 0);
-        obj.reset();
-        QVERIFY(watcher.Calls.isEmpty());
-
-        kvAddFreeNotification(static_cast<QObject *>(nullptr), watcher.Method()); // nil: nothing
-        kvRemoveFreeNotification(static_cast<QObject *>(nullptr), watcher.Method());
-        QCOMPARE(kvFreeNotificationCount(), 0);
     }
 
     void anAddressReusedLaterStartsAfresh()
@@ -131,35 +137,6 @@ private Q_SLOTS:
             QCOMPARE(kvFreeNotificationCount(), 0);
         }
         QCOMPARE(watcher.Calls.size(), seen.size());
-    }
-
-    void handlerErrorsAreShownAndOthersStillRun()
-    {
-        QStringList shown;
-        const TExceptionHandler previous = SetExceptionHandler([&](const QString &m) { shown << m; });
-        TWatcher failing, other;
-        failing.During = [](const void *) { throw Exception(QStringLiteral("handler failed")); };
-        auto obj = std::make_unique<QObject>();
-        kvAddFreeNotification(obj.get(), failing.Method());
-        kvAddFreeNotification(obj.get(), other.Method());
-        obj.reset();
-        SetExceptionHandler(previous);
-        QCOMPARE(shown, QStringList(QStringLiteral("handler failed")));
-        QCOMPARE(other.Calls.size(), 1);
-    }
-
-    void childrenDestroyedWithTheirParent()
-    {
-        TWatcher watcher;
-        auto parent = std::make_unique<QObject>();
-        QList<const void *> children;
-        for (int i = 0; i < 10; ++i) {
-            auto *child = new QObject(parent.get());
-            children << child;
-            kvAddFreeNotification(child, watcher.Method());
-        }
-        parent.reset();
-        QCOMPARE(watcher.Calls, children);
     }
 
     void stopForgetsWithoutCalling()

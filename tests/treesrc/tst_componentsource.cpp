@@ -6,21 +6,15 @@
 #include "treesrc/ideTSLite_stringsource.h"
 
 #include <QCoreApplication>
-#include <QPointer>
 #include <QWidget>
 #include <QtTest>
 
 #include <memory>
 
 using namespace kv;
+using namespace Qt::StringLiterals;
 
-class TForm1 : public QObject
-{
-    Q_OBJECT
-public:
-    using QObject::QObject;
-};
-class Alpha : public QObject { Q_OBJECT };
+class TForm1 : public QObject { Q_OBJECT };
 
 // An object with lines, as a string source finds them.
 class TLinesHolder : public QObject
@@ -32,7 +26,7 @@ class TLinesHolder : public QObject
 
 public:
     using QObject::QObject;
-    QStringList GetFixed() const { return {QStringLiteral("fixed")}; }
+    QStringList GetFixed() const { return {u"fixed"_s}; }
     QStringList Lines;
     int Count = 0;
 };
@@ -62,15 +56,31 @@ protected:
     }
 };
 
-// The designer of the test form; it writes into the shared log.
-class TLoggingDesigner : public TFDesigner
+// A form and its designer, which writes into a log shared with the views, so that the order
+// of notifications and modifications shows.
+struct TDesignedForm : TFDesigner
 {
-public:
-    explicit TLoggingDesigner(QStringList &Log) : m_log(Log) {}
-    void Modified() override { m_log.append(QStringLiteral("modified")); }
+    TDesignedForm() { SetFormDesigner(&Form, this); }
+    void Modified() override { Log.append(u"modified"_s); }
 
-private:
-    QStringList &m_log;
+    // The log, each view notification replaced by its code, separated by spaces.
+    QString Seq() const
+    {
+        QStringList seq;
+        qsizetype notify = 0;
+        for (const QString &entry : Log)
+            seq.append(entry == "view"_L1 ? QString::number(Views.Entries.at(notify++).Code) : entry);
+        return seq.join(u' ');
+    }
+    void Reset()
+    {
+        Log.clear();
+        Views.Entries.clear();
+    }
+
+    QStringList Log;
+    QWidget Form;
+    TTreeRecorder Views{u"view"_s, &Log};
 };
 
 // Records the broadcasts that sources make.
@@ -92,33 +102,9 @@ public:
     QList<std::pair<QList<QObject *>, QString>> PropChanged;
 };
 
-// Puts "view" into the log for each notification, so that Sequence() interleaves them.
-class TLoggedViews : public TTreeRecorder
-{
-public:
-    explicit TLoggedViews(QStringList &Log) : TTreeRecorder(QStringLiteral("view"), &Log) {}
-};
-
-static QStringList TextList(std::initializer_list<const char *> Texts)
-{
-    QStringList lines;
-    for (const char *text : Texts)
-        lines.append(QString::fromUtf8(text));
-    return lines;
-}
-
 class tst_ComponentSource : public QObject
 {
     Q_OBJECT
-
-    static QStringList Seq(const QStringList &Log, const TTreeRecorder &Views)
-    {
-        QStringList seq;
-        qsizetype notify = 0;
-        for (const QString &entry : Log)
-            seq.append(entry == QLatin1String("view") ? QString::number(Views.Entries.at(notify++).Code) : entry);
-        return seq;
-    }
 
 private Q_SLOTS:
     void cleanup()
@@ -129,172 +115,100 @@ private Q_SLOTS:
         FinalizeNotifiers();
     }
 
-    void baseNames()
-    {
-        TForm1 form1;
-        Alpha alpha;
-        TKVStringSource source;
-        QCOMPARE(GetBaseName(&form1), QStringLiteral("Form1"));
-        QCOMPARE(GetBaseName(&alpha), QStringLiteral("Alpha"));
-        QCOMPARE(GetBaseName(&source), QStringLiteral("KVStringSource")); // without namespace
-        QCOMPARE(GetBaseName(nullptr), QString());
-
-    }
-
-    void plainSourceRefusesAndShowsNothing()
-    {
-        QStringList log;
-        QWidget form;
-        TLoggingDesigner designer(log);
-        SetFormDesigner(&form, &designer);
-        QObject *child = new QObject(&form);
-        TLoggedViews views(log);
-        TComponentSource source;
-        source.SetTreeLink(&form);
-        log.clear();
-        views.Entries.clear();
-
-        source.Delete(7); // refused: nothing at all
-        QVERIFY(log.isEmpty());
-        int listed = 0;
-        source.GetItems(0, [&](const TNodeRec &) { ++listed; });
-        QCOMPARE(listed, 0);
-        // An id the source never handed out names nothing, and is never followed.
-        QCOMPARE(source.GetStatusLine(reinterpret_cast<qintptr>(child)), QString());
-        QCOMPARE(source.GetStatusLine(0x1234), QString());
-        QCOMPARE(source.GetDisplayName(-1), QString());
-        QCOMPARE(source.GetStatusLine(reinterpret_cast<qintptr>(&form)), QStringLiteral("QWidget"));
-        QCOMPARE(source.property("Version").toString(), QStringLiteral("3.1"));
-        QVERIFY(!source.metaObject()->property(source.metaObject()->indexOfProperty("Version")).isStored());
-    }
-
     void notificationSequences()
     {
-        QStringList log;
-        QWidget form;
-        TLoggingDesigner designer(log);
-        SetFormDesigner(&form, &designer);
-        QObject *child = new TForm1(&form);
+        TDesignedForm f;
+        QObject *child = new TForm1;
+        child->setParent(&f.Form);
         const qintptr childId = reinterpret_cast<qintptr>(child);
-        const qintptr formId = reinterpret_cast<qintptr>(&form);
-        TLoggedViews views(log);
+        const qintptr formId = reinterpret_cast<qintptr>(&f.Form);
+
+        // The plain base class refuses to delete, and knows no object but its link.
+        TComponentSource plain;
+        plain.SetTreeLink(&f.Form);
+        f.Reset();
+        plain.Delete(childId);
+        QVERIFY(f.Log.isEmpty());
+        QCOMPARE(plain.GetStatusLine(childId), QString()); // an id it never handed out is not followed
+        QCOMPARE(plain.GetDisplayName(-1), QString());
+        QCOMPARE(plain.GetStatusLine(formId), u"QWidget"_s);
+        // Display names are class names without namespace and without a leading "T".
+        QCOMPARE(plain.GetDisplayName(formId), u"QWidget"_s);
+        QCOMPARE(GetBaseName(&plain), u"ComponentSource"_s);
+        plain.DoAfterInsert(99, 0, u"x"_s, naAdd);
+        QCOMPARE(f.Views.Entries[0].Rec.ParentId, formId); // the tree link stands for the top level
+        f.Reset();
+
         TChildrenSource source;
 
-        source.SetTreeLink(&form);
-        QCOMPARE(Seq(log, views), TextList({"2", "122"}));
+        source.SetTreeLink(&f.Form);
+        QCOMPARE(f.Seq(), u"2 122"_s);
         QCOMPARE(source.Refreshes, 1);
-        log.clear();
-        source.SetTreeLink(&form);
-        QVERIFY(log.isEmpty());
+        f.Reset();
+        source.SetTreeLink(&f.Form);
+        QVERIFY(f.Log.isEmpty());
         QCOMPARE(source.Refreshes, 1);
 
-        views.Entries.clear();
-        source.SetCaption(childId, QStringLiteral("Renamed"));
-        QCOMPARE(Seq(log, views), TextList({"1", "modified"}));
-        QCOMPARE(views.Entries[0].Recs.size(), 1);
-        QCOMPARE(views.Entries[0].Recs[0].Id, childId);
-        QCOMPARE(views.Entries[0].Recs[0].Caption, QStringLiteral("Renamed"));
+        source.SetCaption(childId, u"Renamed"_s);
+        QCOMPARE(f.Seq(), u"1 modified"_s);
+        QCOMPARE(f.Views.Entries[0].Recs.size(), 1);
+        QCOMPARE(f.Views.Entries[0].Recs[0].Id, childId);
+        QCOMPARE(f.Views.Entries[0].Recs[0].Caption, u"Renamed"_s);
 
-        log.clear();
-        views.Entries.clear();
+        f.Reset();
         source.Clear();
-        QCOMPARE(Seq(log, views), TextList({"3", "modified"}));
-        QCOMPARE(views.Entries[0].Rec.Id, formId);
-        QCOMPARE(views.Entries[0].Rec.Data, qintptr(1));
+        QCOMPARE(f.Seq(), u"3 modified"_s);
+        QCOMPARE(f.Views.Entries[0].Rec.Id, formId);
+        QCOMPARE(f.Views.Entries[0].Rec.Data, qintptr(1));
 
-        log.clear();
-        views.Entries.clear();
         source.SetSelectedObject(childId);
         QCoreApplication::sendPostedEvents();
-        views.Entries.clear();
-        log.clear();
+        f.Reset();
         source.Delete(childId);
-        QCOMPARE(Seq(log, views), TextList({"3", "modified"}));
-        QCOMPARE(views.Entries[0].Rec.Id, childId);
-        QCOMPARE(views.Entries[0].Rec.Data, qintptr(0));
+        QCOMPARE(f.Seq(), u"3 modified"_s);
+        QCOMPARE(f.Views.Entries[0].Rec.Id, childId);
+        QCOMPARE(f.Views.Entries[0].Rec.Data, qintptr(0));
         QCOMPARE(source.GetSelectedObject(), qintptr(0));
 
         // A persistent source places a node inserted at the top level under -1.
-        log.clear();
-        views.Entries.clear();
+        f.Reset();
         source.DoAfterInsert(childId, 0, QString(), naAddChild);
-        QCOMPARE(Seq(log, views), TextList({"7", "1", "modified", "modified"}));
-        const TNodeRec &inserted = views.Entries[0].Rec;
+        QCOMPARE(f.Seq(), u"7 1 modified modified"_s);
+        const TNodeRec &inserted = f.Views.Entries[0].Rec;
         QCOMPARE(inserted.Id, childId);
         QCOMPARE(inserted.ParentId, qintptr(-1));
         QCOMPARE(inserted.Source, &source);
         QCOMPARE(inserted.AttachMode, naAddChild);
-        QCOMPARE(inserted.Caption, QStringLiteral("Form1")); // GetBaseName of the object
-        QCOMPARE(views.Entries[1].Recs[0].Caption, QStringLiteral("Form1"));
+        QCOMPARE(inserted.Caption, u"Form1"_s); // GetBaseName of the object
+        QCOMPARE(f.Views.Entries[1].Recs[0].Caption, u"Form1"_s);
 
-        views.Entries.clear();
-        source.DoAfterInsert(childId, formId, QStringLiteral("Given"), naInsert);
-        QCOMPARE(views.Entries[0].Rec.ParentId, formId);
-        QCOMPARE(views.Entries[0].Rec.Caption, QStringLiteral("Given"));
+        f.Views.Entries.clear();
+        source.DoAfterInsert(childId, formId, u"Given"_s, naInsert);
+        QCOMPARE(f.Views.Entries[0].Rec.ParentId, formId);
+        QCOMPARE(f.Views.Entries[0].Rec.Caption, u"Given"_s);
 
-        log.clear();
-        views.Entries.clear();
+        f.Reset();
         source.MoveTo(childId, formId, naAdd);
-        QCOMPARE(Seq(log, views), TextList({"modified"}));
+        QCOMPARE(f.Seq(), u"modified"_s);
 
         // Renaming an object seen elsewhere: every notifier hears of it.
         TBroadcastRecorder broadcasts;
-        log.clear();
-        source.Rename(childId, QStringLiteral("Caption"));
+        f.Reset();
+        source.Rename(childId, u"Caption"_s);
         QCOMPARE(broadcasts.PropChanged.size(), 1);
         QCOMPARE(broadcasts.PropChanged[0].first, QList<QObject *>{child});
-        QCOMPARE(broadcasts.PropChanged[0].second, QStringLiteral("Caption"));
-        QCOMPARE(log, QStringList{QStringLiteral("modified")});
-        log.clear();
-        source.Rename(0, QStringLiteral("Caption"));
-        source.Rename(0x1234, QStringLiteral("Caption")); // not an object of this source
+        QCOMPARE(broadcasts.PropChanged[0].second, u"Caption"_s);
+        QCOMPARE(f.Log, QStringList{u"modified"_s});
+        source.Rename(0, u"Caption"_s);
+        source.Rename(0x1234, u"Caption"_s); // not an object of this source
         QCOMPARE(broadcasts.PropChanged.size(), 1);
-    }
-
-    void baseInsertPlacesUnderTheLink()
-    {
-        // The base class (not a persistent source) names the tree link as the parent.
-        QObject link;
-        TTreeRecorder views;
-        TComponentSource source;
-        source.SetTreeLink(&link);
-        views.Entries.clear();
-        source.DoAfterInsert(99, 0, QStringLiteral("x"), naAdd);
-        QCOMPARE(views.Entries[0].Rec.ParentId, reinterpret_cast<qintptr>(&link));
-    }
-
-    void imagesAndDestroyingSource()
-    {
-        TTreeRecorder views;
-        auto images = std::make_unique<QObject>();
-        TKVStringSource source;
-        source.SetSmallImages(images.get());
-        QCOMPARE(views.Codes(), QList<int>{tnImagesChanged});
-        source.SetSmallImages(images.get());
-        QCOMPARE(views.Entries.size(), 1);
-        images.reset(); // forgotten without a refresh
-        QVERIFY(!source.GetSmallImages());
-        QCOMPARE(views.Entries.size(), 1);
-
-        // A source that is being destroyed takes a link without telling anyone.
-        QObject owner;
-        auto *dying = new TKVStringSource(&owner);
-        QObject link;
-        views.Entries.clear();
-        IncludeState(&owner, csDestroying);
-        dying->SetTreeLink(&link);
-        QCOMPARE(dying->GetTreeLink(), &link);
-        QVERIFY(views.Entries.isEmpty());
     }
 
     void selectionRequestIsPosted()
     {
         TTreeRecorder views;
         auto source = std::make_unique<TKVStringSource>();
-        source->SetSelectedObject(0);
-        QCOMPARE(source->GetSelectedObject(), qintptr(0));
-        QCOMPARE(GetTreeNotifiers().PendingCount(), 0);
-
+        source->SetSelectedObject(0); // no request
         source->SetSelectedObject(3);
         QVERIFY(views.Entries.isEmpty());
         QCoreApplication::sendPostedEvents();
@@ -310,19 +224,28 @@ private Q_SLOTS:
         QCOMPARE(views.Entries.size(), 1);
     }
 
-    void linkDestruction()
+    // Destroyed images and links are forgotten; a source that is being destroyed tells no
+    // one.
+    void destroyedObjects()
     {
         TBroadcastRecorder broadcasts;
         TTreeRecorder views;
+        auto images = std::make_unique<QObject>();
         auto link = std::make_unique<TLinesHolder>();
-        link->Lines = QStringList{QStringLiteral("a")};
         TKVStringSource source;
-        source.SetPropName(QStringLiteral("Lines"));
+        source.SetSmallImages(images.get());
+        QCOMPARE(views.Codes(), QList<int>{tnImagesChanged});
+        source.SetSmallImages(images.get());
+        QCOMPARE(views.Entries.size(), 1);
+        images.reset(); // forgotten without a refresh
+        QVERIFY(!source.GetSmallImages());
+        QCOMPARE(views.Entries.size(), 1);
+
+        link->Lines = QStringList{u"a"_s};
+        source.SetPropName(u"Lines"_s);
         source.SetTreeLink(link.get());
-        QVERIFY(source.HasStrings());
         QVERIFY(source.ValidSource());
         views.Entries.clear();
-
         link.reset();
         QVERIFY(!source.GetTreeLink());
         QVERIFY(!source.HasStrings());
@@ -341,21 +264,25 @@ private Q_SLOTS:
         old.reset();
         QCOMPARE(source.GetTreeLink(), &current);
         QCOMPARE(broadcasts.SourceEmpty.size(), 1);
+
+        QObject owner;
+        auto *dying = new TKVStringSource(&owner);
+        views.Entries.clear();
+        IncludeState(&owner, csDestroying);
+        dying->SetTreeLink(&current);
+        QCOMPARE(dying->GetTreeLink(), &current);
+        QVERIFY(views.Entries.isEmpty());
     }
 
     void stringSourceLines()
     {
-        QStringList log;
-        QWidget form;
-        TLoggingDesigner designer(log);
-        SetFormDesigner(&form, &designer);
-        auto *link = new TLinesHolder(&form);
-        link->Lines = QStringList{QStringLiteral("a"), QStringLiteral("b|x")};
-        TLoggedViews views(log);
+        TDesignedForm f;
+        auto *link = new TLinesHolder(&f.Form);
+        link->Lines = QStringList{u"a"_s, u"b|x"_s};
         TKVStringSource source;
         source.setProperty("Link", QVariant::fromValue<QObject *>(link));
         QVERIFY(!source.HasStrings());
-        source.setProperty("PropName", QStringLiteral("Lines"));
+        source.setProperty("PropName", u"Lines"_s);
         QVERIFY(source.HasStrings());
 
         QList<TNodeRec> recs;
@@ -364,52 +291,48 @@ private Q_SLOTS:
         QCOMPARE(recs[1].Id, qintptr(2));
         QCOMPARE(recs[1].ParentId, qintptr(-1));
         QCOMPARE(recs[1].Source, &source);
-        QCOMPARE(recs[1].Caption, QStringLiteral("b|x"));
-        recs.clear();
+        QCOMPARE(recs[1].Caption, u"b|x"_s);
         source.GetItems(1, [&](const TNodeRec &rec) { recs.append(rec); });
-        QVERIFY(recs.isEmpty());
-        QCOMPARE(source.GetDisplayName(1), QStringLiteral("a"));
+        QCOMPARE(recs.size(), 2);
+        QCOMPARE(source.GetDisplayName(1), u"a"_s);
         QCOMPARE(source.GetDisplayName(3), QString());
 
-        log.clear();
-        views.Entries.clear();
-        source.SetCaption(2, QStringLiteral("B"));
-        QCOMPARE(link->Lines, TextList({"a", "B"}));
-        QCOMPARE(Seq(log, views), TextList({"1", "modified"}));
-        log.clear();
-        source.SetCaption(0, QStringLiteral("zero"));
-        source.SetCaption(3, QStringLiteral("three"));
-        QVERIFY(log.isEmpty());
-        QCOMPARE(link->Lines, TextList({"a", "B"}));
+        f.Reset();
+        source.SetCaption(2, u"B"_s);
+        QCOMPARE(link->Lines, QStringList({u"a"_s, u"B"_s}));
+        QCOMPARE(f.Seq(), u"1 modified"_s);
+        f.Reset();
+        source.SetCaption(0, u"zero"_s);
+        source.SetCaption(3, u"three"_s);
+        QVERIFY(f.Log.isEmpty());
+        QCOMPARE(link->Lines, QStringList({u"a"_s, u"B"_s}));
 
         // The name is compared case-sensitively: another spelling is re-read (and found
         // nowhere).
-        views.Entries.clear();
-        source.SetPropName(QStringLiteral("Lines"));
-        QVERIFY(views.Entries.isEmpty());
-        source.SetPropName(QStringLiteral("lines"));
-        QCOMPARE(views.Codes(), QList<int>{tnRefresh});
+        source.SetPropName(u"Lines"_s);
+        QVERIFY(f.Views.Entries.isEmpty());
+        source.SetPropName(u"lines"_s);
+        QCOMPARE(f.Views.Codes(), QList<int>{tnRefresh});
         QVERIFY(!source.HasStrings());
-        source.SetPropName(QStringLiteral("Count")); // not a list of strings
+        source.SetPropName(u"Count"_s); // not a list of strings
         QVERIFY(!source.HasStrings());
-        log.clear();
+        f.Reset();
         source.Clear();
-        QVERIFY(log.isEmpty());
+        QVERIFY(f.Log.isEmpty());
 
         // A read-only list is shown but not changed.
-        source.SetPropName(QStringLiteral("Fixed"));
-        QCOMPARE(source.Strings(), QStringList{QStringLiteral("fixed")});
-        log.clear();
-        source.SetCaption(1, QStringLiteral("changed"));
-        QVERIFY(log.isEmpty());
+        source.SetPropName(u"Fixed"_s);
+        QCOMPARE(source.Strings(), QStringList{u"fixed"_s});
+        f.Reset();
+        source.SetCaption(1, u"changed"_s);
+        QVERIFY(f.Log.isEmpty());
 
-        source.SetPropName(QStringLiteral("Lines"));
-        log.clear();
-        views.Entries.clear();
+        source.SetPropName(u"Lines"_s);
+        f.Reset();
         source.Clear();
         QVERIFY(link->Lines.isEmpty());
-        QCOMPARE(Seq(log, views), TextList({"3", "modified"}));
-        QCOMPARE(views.Entries[0].Rec.Data, qintptr(1));
+        QCOMPARE(f.Seq(), u"3 modified"_s);
+        QCOMPARE(f.Views.Entries[0].Rec.Data, qintptr(1));
     }
 
     void stringSourceActions()
@@ -426,51 +349,48 @@ private Q_SLOTS:
 
     void stringSourceMoves_data()
     {
-        QTest::addColumn<qintptr>("id");
-        QTest::addColumn<qintptr>("destId");
+        QTest::addColumn<int>("id");
+        QTest::addColumn<int>("destId");
         QTest::addColumn<int>("mode");
-        QTest::addColumn<QStringList>("lines");
-        QTest::addColumn<qintptr>("selected"); // 0: nothing moved
+        QTest::addColumn<QString>("lines");
+        QTest::addColumn<int>("selected"); // 0: nothing moved
 
-        QTest::newRow("last before second") << qintptr(4) << qintptr(2) << int(naInsert) << TextList({"a", "d", "b", "c"}) << qintptr(2);
-        QTest::newRow("first before third") << qintptr(1) << qintptr(3) << int(naInsert) << TextList({"b", "a", "c", "d"}) << qintptr(2);
-        QTest::newRow("second to the end") << qintptr(2) << qintptr(4) << int(naAdd) << TextList({"a", "c", "d", "b"}) << qintptr(4);
-        QTest::newRow("child mode appends") << qintptr(1) << qintptr(2) << int(naAddChild) << TextList({"b", "c", "d", "a"}) << qintptr(4);
-        QTest::newRow("onto itself") << qintptr(2) << qintptr(2) << int(naInsert) << TextList({"a", "b", "c", "d"}) << qintptr(0);
-        QTest::newRow("no such line") << qintptr(5) << qintptr(1) << int(naInsert) << TextList({"a", "b", "c", "d"}) << qintptr(0);
-        QTest::newRow("before no line") << qintptr(1) << qintptr(0) << int(naInsert) << TextList({"a", "b", "c", "d"}) << qintptr(0);
-        QTest::newRow("line zero") << qintptr(0) << qintptr(1) << int(naAdd) << TextList({"a", "b", "c", "d"}) << qintptr(0);
+        QTest::newRow("last before second") << 4 << 2 << int(naInsert) << u"adbc"_s << 2;
+        QTest::newRow("first before third") << 1 << 3 << int(naInsert) << u"bacd"_s << 2;
+        QTest::newRow("second to the end") << 2 << 4 << int(naAdd) << u"acdb"_s << 4;
+        QTest::newRow("child mode appends") << 1 << 2 << int(naAddChild) << u"bcda"_s << 4;
+        QTest::newRow("onto itself") << 2 << 2 << int(naInsert) << u"abcd"_s << 0;
+        QTest::newRow("no such line") << 5 << 1 << int(naInsert) << u"abcd"_s << 0;
+        QTest::newRow("before no line") << 1 << 0 << int(naInsert) << u"abcd"_s << 0;
+        QTest::newRow("line zero") << 0 << 1 << int(naAdd) << u"abcd"_s << 0;
     }
 
+    // Lines "a" to "d", one letter each, moved as the row says.
     void stringSourceMoves()
     {
-        QFETCH(qintptr, id);
-        QFETCH(qintptr, destId);
+        QFETCH(int, id);
+        QFETCH(int, destId);
         QFETCH(int, mode);
-        QFETCH(QStringList, lines);
-        QFETCH(qintptr, selected);
+        QFETCH(QString, lines);
+        QFETCH(int, selected);
 
-        QStringList log;
-        QWidget form;
-        TLoggingDesigner designer(log);
-        SetFormDesigner(&form, &designer);
-        auto *link = new TLinesHolder(&form);
-        link->Lines = TextList({"a", "b", "c", "d"});
-        TLoggedViews views(log);
+        TDesignedForm f;
+        auto *link = new TLinesHolder(&f.Form);
+        link->Lines = QStringList({u"a"_s, u"b"_s, u"c"_s, u"d"_s});
         TKVStringSource source;
-        source.SetPropName(QStringLiteral("Lines"));
+        source.SetPropName(u"Lines"_s);
         source.SetTreeLink(link);
-        log.clear();
-        views.Entries.clear();
+        f.Reset();
 
         source.MoveTo(id, destId, TNodeAttachMode(mode));
-        QCOMPARE(link->Lines, lines);
+        QCOMPARE(link->Lines.join(QString()), lines);
+        QCOMPARE(link->Lines.size(), 4);
         if (selected) {
-            QCOMPARE(Seq(log, views), TextList({"2", "4", "modified"}));
-            QCOMPARE(views.Entries[1].Rec.Id, selected);
-            QCOMPARE(views.Entries[1].Rec.Data, reinterpret_cast<qintptr>(&source));
+            QCOMPARE(f.Seq(), u"2 4 modified"_s);
+            QCOMPARE(f.Views.Entries[1].Rec.Id, qintptr(selected));
+            QCOMPARE(f.Views.Entries[1].Rec.Data, reinterpret_cast<qintptr>(&source));
         } else {
-            QCOMPARE(Seq(log, views), QStringList{QStringLiteral("modified")});
+            QCOMPARE(f.Seq(), u"modified"_s);
         }
     }
 };
