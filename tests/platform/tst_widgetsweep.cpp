@@ -14,47 +14,41 @@ Q_DECLARE_METATYPE(TMaker)
 
 namespace {
 
-template <typename T>
-QWidget *Make()
-{
-    return new T;
-}
-
-// One row per class, named by the class's own meta-object.
 template <typename... TWidgets>
 void AddRows()
 {
-    (void(QTest::newRow(TWidgets::staticMetaObject.className()) << TMaker(&Make<TWidgets>)), ...);
+    (void(QTest::newRow(TWidgets::staticMetaObject.className()) << TMaker([]() -> QWidget * { return new TWidgets; })),
+     ...);
 }
 
+using TVisit = std::function<void(TPropertyEditor &, const QString &)>;
+
 // Every editor reached from Editor (itself, then its sub-properties), with its path.
-void Walk(std::unique_ptr<TPropertyEditor> Editor, const QString &Prefix, int Depth,
-          const std::function<void(TPropertyEditor &, const QString &)> &Visit)
+void Walk(std::unique_ptr<TPropertyEditor> Editor, const QString &Prefix, int Depth, const TVisit &Visit)
 {
-    const QString path = Prefix.isEmpty() ? Editor->GetName() : Prefix + QLatin1Char('.') + Editor->GetName();
+    const QString path = Prefix + QLatin1Char('.') + Editor->GetName();
     Visit(*Editor, path);
     // Sub-properties of objects held by the widget are the widget's own parts (a set's
     // elements, a font's parts); referenced objects are not followed past one level.
-    if (Depth < 2 && (Editor->GetAttributes() & paSubProperties)) {
+    if (Depth < 2 && (Editor->GetAttributes() & paSubProperties))
         Editor->GetProperties([&](std::unique_ptr<TPropertyEditor> sub) { Walk(std::move(sub), path, Depth + 1, Visit); });
-    }
 }
 
-void WalkAll(QWidget *Widget, const std::function<void(TPropertyEditor &, const QString &)> &Visit)
+void WalkAll(QWidget *Widget, const TVisit &Visit)
 {
     GetComponentProperties({Widget}, TTypeKinds::Properties(), nullptr,
                            [&](std::unique_ptr<TPropertyEditor> editor) { Walk(std::move(editor), QString(), 0, Visit); });
 }
 
-// The text of every property of Widget, through the editors.
-QMap<QString, QString> Snapshot(QWidget *Widget)
+// The text of every property of Widget, through the editors, as "path: text".
+QStringList Snapshot(QWidget *Widget)
 {
-    QMap<QString, QString> texts;
-    WalkAll(Widget, [&](TPropertyEditor &e, const QString &path) { texts.insert(path, e.GetValue()); });
+    QStringList texts;
+    WalkAll(Widget,
+            [&](TPropertyEditor &e, const QString &path) { texts.append(path + QLatin1String(": ") + e.GetValue()); });
     return texts;
 }
 
-// The raw values of every property Qt can compare.
 QMap<QString, QVariant> RawValues(QWidget *Widget)
 {
     QMap<QString, QVariant> values;
@@ -99,25 +93,20 @@ void tst_WidgetSweep::writeBack()
     // Some getters build what they report on first use (QInputDialog makes its children when
     // asked for its label): read everything once before taking the picture.
     Snapshot(widget.get());
-    const QMap<QString, QString> textsBefore = Snapshot(widget.get());
+    const QStringList textsBefore = Snapshot(widget.get());
     const QMap<QString, QVariant> rawBefore = RawValues(widget.get());
-    QVERIFY(textsBefore.size() > 40);
 
     int written = 0;
     QStringList failures;
     WalkAll(widget.get(), [&](TPropertyEditor &e, const QString &path) {
         if (!e.ValueAvailable() || (e.GetAttributes() & paReadOnly))
             return;
-        const QString text = e.GetValue();
         try {
-            e.SetValue(text);
+            e.SetValue(e.GetValue());
             ++written;
         } catch (const std::exception &error) {
             failures.append(path + QLatin1String(": ") + QString::fromUtf8(error.what()));
-            return;
         }
-        if (e.GetValue() != text)
-            failures.append(path + QLatin1String(": '") + text + QLatin1String("' became '") + e.GetValue() + QLatin1Char('\''));
         // Which write changed what.
         const QMap<QString, QVariant> raw = RawValues(widget.get());
         for (auto it = rawBefore.cbegin(); it != rawBefore.cend(); ++it) {
@@ -126,15 +115,10 @@ void tst_WidgetSweep::writeBack()
         }
     });
     QVERIFY(written > 20);
-
+    QVERIFY2(failures.isEmpty(), qPrintable(failures.join(QLatin1Char('\n'))));
     // What no write showed as changed: the text of every editor, parts and read-only ones
     // included.
-    const QMap<QString, QString> textsAfter = Snapshot(widget.get());
-    for (auto it = textsBefore.cbegin(); it != textsBefore.cend(); ++it) {
-        if (textsAfter.value(it.key()) != it.value())
-            failures.append(it.key() + QLatin1String(": '") + it.value() + QLatin1String("' became '") + textsAfter.value(it.key()) + QLatin1Char('\''));
-    }
-    QVERIFY2(failures.isEmpty(), qPrintable(failures.join(QLatin1Char('\n'))));
+    QCOMPARE(Snapshot(widget.get()), textsBefore);
 }
 
 QTEST_MAIN(tst_WidgetSweep)
