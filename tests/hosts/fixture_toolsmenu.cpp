@@ -1,8 +1,8 @@
 // A small Qt Widgets program for the launcher tests. Built twice: as a foreign program
 // that does not link the package, and (KV_LINKED_HOST) as a program that links it and
-// registers the add-ins itself, as the demo host does. It shows a main window whose Tools
-// menu is named as the command line says, then prints its Tools menu and the preload
-// variables it sees, and quits.
+// registers the add-ins itself, as the demo host does. It shows a main window with a Tools
+// menu ("none": without one; "core": no window and no QApplication), then prints its Tools
+// menu and the preload variables it sees, and quits.
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -54,17 +54,10 @@ int main(int argc, char **argv)
     if (mode == QLatin1String("named")) {
         tools = window.menuBar()->addMenu(QStringLiteral("E&xtras"));
         tools->setObjectName(QStringLiteral("ToolsMenu"));
-    } else if (mode == QLatin1String("dotted")) {
-        tools = window.menuBar()->addMenu(QStringLiteral("&Werkzeuge"));
-        tools->setObjectName(QStringLiteral("Fixture.Menu.Tools"));
-    } else if (mode == QLatin1String("title")) {
-        tools = window.menuBar()->addMenu(QStringLiteral("&Tools"));
-    } else {
-        window.menuBar()->addMenu(QStringLiteral("&Help"))->addAction(QStringLiteral("&About"));
-    }
-    if (tools) {
         tools->addAction(QStringLiteral("&Options"));
         tools->addAction(QStringLiteral("&Customize..."));
+    } else {
+        window.menuBar()->addMenu(QStringLiteral("&Help"))->addAction(QStringLiteral("&About"));
     }
     window.show();
 #ifdef KV_LINKED_HOST

@@ -11,34 +11,37 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Test doubles of the host's tool services that log what they are asked and when each
-// interface is released.
+// A test double of the host's tool services that logs what it is asked, what is inserted
+// and when each interface is released.
 struct THostLog : TIToolServices
 {
     std::unique_ptr<TIMainMenuIntf> GetMainMenu() const override;
 
     mutable QStringList Events;
-    // The arguments of an insertion that vary; the others are constants of the call.
-    struct TInsert
-    {
-        int Index;
-        QString Caption, Name;
-        TIMenuFlags Flags;
-        TIMenuClickEvent Handler;
-    };
-    mutable QList<TInsert> Inserts;
-    bool HasMainMenu = true;
-    bool HasMenuItems = true;
-    bool HasTools = true;
-    int ToolsItemCount = 5;
-    bool InsertThrows = false;
+    mutable TIMenuClickEvent Handler; // of the last insertion
+    QString Missing;                  // the menu the host does not have, or "insertion" when it fails
+    int ToolsItemCount = 1;
 };
 
-class TFakeMenuItem : public TIMenuItemIntf
+// The host's main menu and every item of it.
+class TFakeMenu final : public TIMainMenuIntf, public TIMenuItemIntf
 {
 public:
-    TFakeMenuItem(const THostLog &log, QString name, int count) : m_log(log), m_name(std::move(name)), m_count(count) {}
-    ~TFakeMenuItem() override { m_log.Events << u"release "_s + m_name; }
+    TFakeMenu(const THostLog &log, QString name, int count) : m_log(log), m_name(std::move(name)), m_count(count) {}
+    ~TFakeMenu() override { m_log.Events << u"release "_s + m_name; }
+
+    // The menu of that name, or null when the host has none.
+    static std::unique_ptr<TFakeMenu> Make(const THostLog &log, const QString &name, int count)
+    {
+        return log.Missing == name ? nullptr : std::make_unique<TFakeMenu>(log, name, count);
+    }
+
+    std::unique_ptr<TIMenuItemIntf> GetMenuItems() const override { return Make(m_log, u"menu items"_s, 6); }
+    std::unique_ptr<TIMenuItemIntf> FindMenuItem(const QString &Name) const override
+    {
+        m_log.Events << u"find "_s + Name;
+        return Name == "ToolsMenu"_L1 ? Make(m_log, Name, m_log.ToolsItemCount) : nullptr;
+    }
 
     int GetItemCount() const override { return m_count; }
     std::unique_ptr<TIMenuItemIntf> GetItem(int) const override { return nullptr; }
@@ -49,10 +52,11 @@ public:
                                                const QString &, const QKeySequence &, int, int, TIMenuFlags Flags,
                                                TIMenuClickEvent Handler) override
     {
-        if (m_log.InsertThrows)
+        if (m_log.Missing == "insertion"_L1)
             throw Exception(u"menu is locked"_s);
-        m_log.Inserts.append({Index, Caption, Name, Flags, Handler});
-        return std::make_unique<TFakeMenuItem>(m_log, Name, 0);
+        m_log.Events << u"insert %1 '%2' %3 flags %4"_s.arg(Index).arg(Caption, Name).arg(Flags);
+        m_log.Handler = Handler;
+        return std::make_unique<TFakeMenu>(m_log, Name, 0);
     }
 
 private:
@@ -61,40 +65,10 @@ private:
     int m_count;
 };
 
-class TFakeMainMenu : public TIMainMenuIntf
-{
-public:
-    explicit TFakeMainMenu(const THostLog &log) : m_log(log) {}
-    ~TFakeMainMenu() override { m_log.Events << u"release main menu"_s; }
-
-    std::unique_ptr<TIMenuItemIntf> GetMenuItems() const override
-    {
-        if (!m_log.HasMenuItems)
-            return nullptr;
-        return std::make_unique<TFakeMenuItem>(m_log, u"menu items"_s, 6);
-    }
-    std::unique_ptr<TIMenuItemIntf> FindMenuItem(const QString &Name) const override
-    {
-        m_log.Events << u"find "_s + Name;
-        if (!m_log.HasTools || Name != QLatin1String("ToolsMenu"))
-            return nullptr;
-        return std::make_unique<TFakeMenuItem>(m_log, Name, m_log.ToolsItemCount);
-    }
-
-private:
-    const THostLog &m_log;
-};
-
 std::unique_ptr<TIMainMenuIntf> THostLog::GetMainMenu() const
 {
-    if (!HasMainMenu)
-        return nullptr;
-    return std::make_unique<TFakeMainMenu>(*this);
+    return TFakeMenu::Make(*this, u"main menu"_s, 0);
 }
-
-// What the add-in does with the host's menus when it inserts its item, or fails to.
-const QStringList FindAndRelease = {u"find ToolsMenu"_s, u"release ToolsMenu"_s, u"release menu items"_s,
-                                    u"release main menu"_s};
 
 int g_showCalls = 0;
 void CountShow() { ++g_showCalls; }
@@ -115,7 +89,6 @@ private Q_SLOTS:
     {
         m_log = THostLog();
         ToolServices() = &m_log;
-        ShowIDEInspectorProc = nullptr;
         g_showCalls = 0;
     }
 
@@ -126,121 +99,83 @@ private Q_SLOTS:
         ShowIDEInspectorProc = nullptr;
     }
 
+    // Without the host's tool services the add-in stays unnamed.
     void namesFollowTheHostServices()
     {
-        {
-            TKVExpert expert(u"Korvo IDE Inspector"_s);
-            QCOMPARE(expert.GetName(), u"Korvo IDE Inspector Expert"_s);
-            QCOMPARE(expert.GetIDString(), u"KorvoCompany.Korvo IDE Inspector"_s);
-            QCOMPARE(expert.GetMenuText(), u"Korvo IDE Inspector..."_s);
-            expert.Execute(); // does nothing, opens nothing
-            QCOMPARE(g_showCalls, 0);
-        }
-        // Without the host's tool services the add-in stays unnamed and inserts nothing.
         ToolServices() = nullptr;
         TKVExpert expert(u"Korvo IDE Inspector"_s);
         QCOMPARE(expert.GetName(), u" Expert"_s);
-        QCOMPARE(expert.GetIDString(), u"KorvoCompany."_s);
-        QCOMPARE(expert.MenuItem(), nullptr);
     }
 
+    // What the add-in does with the host's menus: the item goes just ahead of the Tools menu's
+    // last item; the Tools menu, the menu items and the main menu are released, in that order,
+    // whether the item went in or not; the item itself is kept while the add-in lives.
     void insertsJustAheadOfTheLastItem_data()
     {
+        QTest::addColumn<QString>("missing");
         QTest::addColumn<int>("count");
-        QTest::addColumn<int>("index");
-        QTest::newRow("five items") << 5 << 4;
-        QTest::newRow("one item") << 1 << 0;
-        QTest::newRow("empty menu") << 0 << -1;
+        QTest::addColumn<QStringList>("events");
+        const QStringList found = {u"find ToolsMenu"_s};
+        const QStringList released = {u"release ToolsMenu"_s, u"release menu items"_s, u"release main menu"_s};
+        const QString inserted = u"insert %2 'Korvo IDE Inspector' ToolsKorvoIDEInspector flags %1"_s
+                                     .arg(mfEnabled | mfVisible);
+        const QStringList item = {u"release ToolsKorvoIDEInspector"_s};
+        QTest::newRow("one item") << QString() << 1 << QStringList{found[0], inserted.arg(0)} + released + item;
+        QTest::newRow("empty menu") << QString() << 0 << QStringList{found[0], inserted.arg(-1)} + released + item;
+        QTest::newRow("no main menu") << u"main menu"_s << 1 << QStringList();
+        QTest::newRow("no menu items") << u"menu items"_s << 1 << QStringList{u"release main menu"_s};
+        QTest::newRow("no Tools menu") << u"ToolsMenu"_s << 1 << found + released.mid(1);
+        QTest::newRow("insertion fails") << u"insertion"_s << 1 << found + released + QStringList{u"thrown"_s};
     }
 
     void insertsJustAheadOfTheLastItem()
     {
-        QFETCH(int, count);
-        QFETCH(int, index);
-        m_log.ToolsItemCount = count;
-        {
-            TKVExpert expert(u"Korvo IDE Inspector"_s);
-            QVERIFY(expert.MenuItem());
-            QCOMPARE(m_log.Inserts.size(), 1);
-            const THostLog::TInsert &insert = m_log.Inserts.first();
-            QCOMPARE(insert.Index, index);
-            QCOMPARE(insert.Caption, u"Korvo IDE Inspector"_s);
-            QCOMPARE(insert.Name, u"ToolsKorvoIDEInspector"_s);
-            QCOMPARE(insert.Flags, TIMenuFlags(mfEnabled | mfVisible));
-            // The Tools menu, the menu items and the main menu are released, in that order,
-            // once the item is in; the item itself is kept.
-            QCOMPARE(m_log.Events, FindAndRelease);
-            m_log.Events.clear();
-
-            // A click opens the inspector when its window unit has installed it.
-            QVERIFY(bool(insert.Handler));
-            insert.Handler(expert.MenuItem());
-            QCOMPARE(g_showCalls, 0);
-            ShowIDEInspectorProc = CountShow;
-            insert.Handler(expert.MenuItem());
-            QCOMPARE(g_showCalls, 1);
-        }
-        QCOMPARE(m_log.Events, QStringList(u"release ToolsKorvoIDEInspector"_s));
-    }
-
-    void missingMenusInsertNothing_data()
-    {
-        QTest::addColumn<QString>("missing");
-        QTest::addColumn<QStringList>("events");
-        QTest::newRow("no main menu") << u"main menu"_s << QStringList();
-        QTest::newRow("no menu items") << u"menu items"_s << QStringList({u"release main menu"_s});
-        QTest::newRow("no Tools menu") << u"Tools menu"_s << QStringList({u"find ToolsMenu"_s, u"release menu items"_s,
-                                                                          u"release main menu"_s});
-    }
-
-    void missingMenusInsertNothing()
-    {
         QFETCH(QString, missing);
-        m_log.HasMainMenu = missing != "main menu"_L1;
-        m_log.HasMenuItems = missing != "menu items"_L1;
-        m_log.HasTools = missing != "Tools menu"_L1;
-        TKVExpert expert(u"Korvo IDE Inspector"_s);
-        QCOMPARE(expert.MenuItem(), nullptr);
-        QVERIFY(m_log.Inserts.isEmpty());
-        QCOMPARE(expert.GetName(), u"Korvo IDE Inspector Expert"_s); // still registered, named
+        QFETCH(int, count);
+        m_log.Missing = missing;
+        m_log.ToolsItemCount = count;
+        try {
+            TKVExpert expert(u"Korvo IDE Inspector"_s);
+            QCOMPARE(expert.GetName(), u"Korvo IDE Inspector Expert"_s); // registered, named
+        } catch (const Exception &) {
+            m_log.Events << u"thrown"_s; // the failure goes to the caller
+        }
         QTEST(m_log.Events, "events");
     }
 
-    void failedInsertReleasesEverythingAndPropagates()
+    // A click opens the inspector once its window unit has installed it.
+    void clickOpensTheInspector()
     {
-        m_log.InsertThrows = true;
-        QVERIFY_THROWS_EXCEPTION(Exception, TKVExpert(u"Korvo IDE Inspector"_s));
-        QCOMPARE(m_log.Events, FindAndRelease);
+        TKVExpert expert(u"Korvo IDE Inspector"_s);
+        m_log.Handler(expert.MenuItem());
+        QCOMPARE(g_showCalls, 0);
+        ShowIDEInspectorProc = CountShow;
+        m_log.Handler(expert.MenuItem());
+        QCOMPARE(g_showCalls, 1);
     }
 
     void registerHandsTheAddInToTheHost()
     {
         std::vector<std::unique_ptr<TIExpert>> registered;
         IDEInspReg::Register(); // the host accepts no add-ins now: nothing happens
-        QVERIFY(m_log.Inserts.isEmpty());
+        QVERIFY(m_log.Events.isEmpty());
 
         LibraryExpertProc() = [&](std::unique_ptr<TIExpert> e) { registered.push_back(std::move(e)); };
         IDEInspReg::Register();
         QCOMPARE(registered.size(), size_t(1));
         QCOMPARE(registered.front()->GetName(), u"Korvo IDE Inspector Expert"_s);
-        QCOMPARE(m_log.Inserts.size(), 1);
-        registered.clear();
-        QCOMPARE(m_log.Events.last(), u"release ToolsKorvoIDEInspector"_s);
     }
 
     void registrationGates()
     {
         g_gateCalls = 0;
-        UnderDelphiIDE = false;
+        RegisterForQuillon(CountGate);
+        UnderDelphiIDE = true; // inside the IDE only the registrations for it run
         RegisterForDelphi(CountGate);
         RegisterForQuillon(CountGate);
-        QCOMPARE(g_gateCalls, 2);
-        UnderDelphiIDE = true;
-        RegisterForDelphi(CountGate);
-        RegisterForQuillon(CountGate);
-        QCOMPARE(g_gateCalls, 3);
         RegisterForDelphi(nullptr);
         UnderDelphiIDE = false;
+        QCOMPARE(g_gateCalls, 2);
     }
 };
 

@@ -1,7 +1,6 @@
 #include "treelistener.h"
 
 #include "design/ideGen_designer.h"
-#include "foundation/ideSystem_notifiers.h"
 #include "platform/kvComponentState.h"
 #include "treesrc/ideTSLite_stringsource.h"
 
@@ -9,6 +8,7 @@
 #include <QWidget>
 #include <QtTest>
 
+#include <algorithm>
 #include <memory>
 
 using namespace kv;
@@ -46,13 +46,9 @@ public:
 protected:
     QObject *ObjectOfId(qintptr Id) const override
     {
-        if (const QObject *link = GetTreeLink()) {
-            for (QObject *child : link->children()) {
-                if (IdOf(child) == Id)
-                    return child;
-            }
-        }
-        return TKVPersistentSource::ObjectOfId(Id);
+        const QObjectList children = GetTreeLink() ? GetTreeLink()->children() : QObjectList();
+        const auto it = std::find_if(children.begin(), children.end(), [&](QObject *c) { return IdOf(c) == Id; });
+        return it != children.end() ? *it : TKVPersistentSource::ObjectOfId(Id);
     }
 };
 
@@ -83,25 +79,6 @@ struct TDesignedForm : TFDesigner
     TTreeRecorder Views{u"view"_s, &Log};
 };
 
-// Records the broadcasts that sources make.
-class TBroadcastRecorder final : public INotifier
-{
-public:
-    TBroadcastRecorder() { RegisterNotifier(this); }
-    ~TBroadcastRecorder() { UnregisterNotifier(this); }
-    void Dispatch(TMessage &Message) override
-    {
-        if (Message.Msg == CM_SOURCEEMPTY) {
-            SourceEmpty.append(DecodeSourceEmpty(Message));
-        } else if (Message.Msg == CM_PROPCHANGED) {
-            const TPropChangedData data = DecodePropChanged(Message);
-            PropChanged.append({QList<QObject *>(data.Objects.begin(), data.Objects.end()), data.PropName.toString()});
-        }
-    }
-    QList<QObject *> SourceEmpty;
-    QList<std::pair<QList<QObject *>, QString>> PropChanged;
-};
-
 class tst_ComponentSource : public QObject
 {
     Q_OBJECT
@@ -120,6 +97,7 @@ private Q_SLOTS:
         TDesignedForm f;
         QObject *child = new TForm1;
         child->setParent(&f.Form);
+        child->setObjectName(u"Child"_s);
         const qintptr childId = reinterpret_cast<qintptr>(child);
         const qintptr formId = reinterpret_cast<qintptr>(&f.Form);
 
@@ -130,10 +108,8 @@ private Q_SLOTS:
         plain.Delete(childId);
         QVERIFY(f.Log.isEmpty());
         QCOMPARE(plain.GetStatusLine(childId), QString()); // an id it never handed out is not followed
-        QCOMPARE(plain.GetDisplayName(-1), QString());
         QCOMPARE(plain.GetStatusLine(formId), u"QWidget"_s);
         // Display names are class names without namespace and without a leading "T".
-        QCOMPARE(plain.GetDisplayName(formId), u"QWidget"_s);
         QCOMPARE(GetBaseName(&plain), u"ComponentSource"_s);
         plain.DoAfterInsert(99, 0, u"x"_s, naAdd);
         QCOMPARE(f.Views.Entries[0].Rec.ParentId, formId); // the tree link stands for the top level
@@ -161,8 +137,17 @@ private Q_SLOTS:
         QCOMPARE(f.Views.Entries[0].Rec.Id, formId);
         QCOMPARE(f.Views.Entries[0].Rec.Data, qintptr(1));
 
+        // A selection request is posted; the view asks the source which node it is.
+        f.Reset();
+        source.SetSelectedObject(0); // no request
         source.SetSelectedObject(childId);
+        QVERIFY(f.Log.isEmpty());
         QCoreApplication::sendPostedEvents();
+        QCOMPARE(f.Seq(), u"4"_s);
+        QCOMPARE(f.Views.Entries[0].Rec.Id, qintptr(0));
+        QCOMPARE(f.Views.Entries[0].Rec.Data, reinterpret_cast<qintptr>(&source));
+        QCOMPARE(source.GetSelectedObject(), childId);
+
         f.Reset();
         source.Delete(childId);
         QCOMPARE(f.Seq(), u"3 modified"_s);
@@ -180,59 +165,32 @@ private Q_SLOTS:
         QCOMPARE(inserted.Source, &source);
         QCOMPARE(inserted.AttachMode, naAddChild);
         QCOMPARE(inserted.Caption, u"Form1"_s); // GetBaseName of the object
-        QCOMPARE(f.Views.Entries[1].Recs[0].Caption, u"Form1"_s);
 
         f.Views.Entries.clear();
         source.DoAfterInsert(childId, formId, u"Given"_s, naInsert);
         QCOMPARE(f.Views.Entries[0].Rec.ParentId, formId);
         QCOMPARE(f.Views.Entries[0].Rec.Caption, u"Given"_s);
 
-        f.Reset();
-        source.MoveTo(childId, formId, naAdd);
-        QCOMPARE(f.Seq(), u"modified"_s);
-
         // Renaming an object seen elsewhere: every notifier hears of it.
-        TBroadcastRecorder broadcasts;
+        TBroadcastLog broadcasts;
         f.Reset();
         source.Rename(childId, u"Caption"_s);
-        QCOMPARE(broadcasts.PropChanged.size(), 1);
-        QCOMPARE(broadcasts.PropChanged[0].first, QList<QObject *>{child});
-        QCOMPARE(broadcasts.PropChanged[0].second, u"Caption"_s);
         QCOMPARE(f.Log, QStringList{u"modified"_s});
         source.Rename(0, u"Caption"_s);
         source.Rename(0x1234, u"Caption"_s); // not an object of this source
-        QCOMPARE(broadcasts.PropChanged.size(), 1);
-    }
-
-    void selectionRequestIsPosted()
-    {
-        TTreeRecorder views;
-        auto source = std::make_unique<TKVStringSource>();
-        source->SetSelectedObject(0); // no request
-        source->SetSelectedObject(3);
-        QVERIFY(views.Entries.isEmpty());
-        QCoreApplication::sendPostedEvents();
-        QCOMPARE(views.Codes(), QList<int>{tnSelect});
-        QCOMPARE(views.Entries[0].Rec.Id, qintptr(0)); // the view asks the source
-        QCOMPARE(views.Entries[0].Rec.Data, reinterpret_cast<qintptr>(source.get()));
-        QCOMPARE(views.Entries[0].Sender, source.get());
-        QCOMPARE(source->GetSelectedObject(), qintptr(3));
-
-        source->SetSelectedObject(4);
-        source.reset();
-        QCoreApplication::sendPostedEvents();
-        QCOMPARE(views.Entries.size(), 1);
+        QCOMPARE(broadcasts.Log, QStringList{u"changed Child Caption"_s});
     }
 
     // Destroyed images and links are forgotten; a source that is being destroyed tells no
     // one.
     void destroyedObjects()
     {
-        TBroadcastRecorder broadcasts;
+        TBroadcastLog broadcasts;
         TTreeRecorder views;
         auto images = std::make_unique<QObject>();
         auto link = std::make_unique<TLinesHolder>();
         TKVStringSource source;
+        source.setObjectName(u"Source"_s);
         source.SetSmallImages(images.get());
         QCOMPARE(views.Codes(), QList<int>{tnImagesChanged});
         source.SetSmallImages(images.get());
@@ -248,13 +206,8 @@ private Q_SLOTS:
         views.Entries.clear();
         link.reset();
         QVERIFY(!source.GetTreeLink());
-        QVERIFY(!source.HasStrings());
-        QVERIFY(!source.ValidSource());
         QCOMPARE(views.Codes(), QList<int>({tnRefresh, tnImagesChanged, tnRefresh}));
-        QCOMPARE(broadcasts.SourceEmpty, QList<QObject *>{&source});
-        int listed = 0;
-        source.GetItems(0, [&](const TNodeRec &) { ++listed; });
-        QCOMPARE(listed, 0);
+        QCOMPARE(broadcasts.Log, QStringList{u"empty Source"_s});
 
         // A link that was replaced is no longer watched.
         auto old = std::make_unique<QObject>();
@@ -263,7 +216,7 @@ private Q_SLOTS:
         source.SetTreeLink(&current);
         old.reset();
         QCOMPARE(source.GetTreeLink(), &current);
-        QCOMPARE(broadcasts.SourceEmpty.size(), 1);
+        QCOMPARE(broadcasts.Log.size(), 1);
 
         QObject owner;
         auto *dying = new TKVStringSource(&owner);
@@ -307,18 +260,19 @@ private Q_SLOTS:
         QVERIFY(f.Log.isEmpty());
         QCOMPARE(link->Lines, QStringList({u"a"_s, u"B"_s}));
 
-        // The name is compared case-sensitively: another spelling is re-read (and found
-        // nowhere).
+        // Another name is read again; one that names no list of strings gives none.
         source.SetPropName(u"Lines"_s);
         QVERIFY(f.Views.Entries.isEmpty());
-        source.SetPropName(u"lines"_s);
+        source.SetPropName(u"Count"_s);
         QCOMPARE(f.Views.Codes(), QList<int>{tnRefresh});
-        QVERIFY(!source.HasStrings());
-        source.SetPropName(u"Count"_s); // not a list of strings
         QVERIFY(!source.HasStrings());
         f.Reset();
         source.Clear();
         QVERIFY(f.Log.isEmpty());
+
+        // The actions of a list of lines are the same for every line.
+        QVERIFY(source.ActionAllowed(2, taEditCaption) && source.ActionAllowed(0, taDrag));
+        QVERIFY(!source.ActionAllowed(1, taDelete));
 
         // A read-only list is shown but not changed.
         source.SetPropName(u"Fixed"_s);
@@ -332,19 +286,6 @@ private Q_SLOTS:
         source.Clear();
         QVERIFY(link->Lines.isEmpty());
         QCOMPARE(f.Seq(), u"3 modified"_s);
-        QCOMPARE(f.Views.Entries[0].Rec.Data, qintptr(1));
-    }
-
-    void stringSourceActions()
-    {
-        TKVStringSource source;
-        QList<int> allowed;
-        for (int action = 0; action <= 20; ++action) {
-            if (source.ActionAllowed(1, action))
-                allowed.append(action);
-            QCOMPARE(source.ActionAllowed(0, action), source.ActionAllowed(7, action));
-        }
-        QCOMPARE(allowed, QList<int>({1, 3, 6, 8, 9, 10, 12, 15}));
     }
 
     void stringSourceMoves_data()
@@ -384,7 +325,6 @@ private Q_SLOTS:
 
         source.MoveTo(id, destId, TNodeAttachMode(mode));
         QCOMPARE(link->Lines.join(QString()), lines);
-        QCOMPARE(link->Lines.size(), 4);
         if (selected) {
             QCOMPARE(f.Seq(), u"2 4 modified"_s);
             QCOMPARE(f.Views.Entries[1].Rec.Id, qintptr(selected));
