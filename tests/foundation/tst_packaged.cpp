@@ -10,8 +10,6 @@
 #include "platform/kvException.h"
 #include "shell/ideHook.h"
 
-#include <QColor>
-#include <QDate>
 #include <QTest>
 
 #include <memory>
@@ -34,20 +32,8 @@ class TTextEditor : public QObject { Q_OBJECT public: using QObject::QObject; };
 class TCheckEditor : public QObject { Q_OBJECT public: using QObject::QObject; };
 class TButtonC : public QObject { Q_OBJECT public: using QObject::QObject; };
 class TPlain : public QObject { Q_OBJECT public: using QObject::QObject; };
-
-// Creatable by the platform class registry without a factory.
-class TButtonA : public QObject
-{
-    Q_OBJECT
-public:
-    Q_INVOKABLE explicit TButtonA(QObject *parent = nullptr) : QObject(parent) {}
-};
-class TButtonB : public QObject
-{
-    Q_OBJECT
-public:
-    Q_INVOKABLE explicit TButtonB(QObject *parent = nullptr) : QObject(parent) {}
-};
+class TButtonA : public QObject { Q_OBJECT public: using QObject::QObject; };
+class TButtonB : public QObject { Q_OBJECT public: using QObject::QObject; };
 
 // Two classes of one stream name.
 namespace one {
@@ -108,253 +94,207 @@ class tst_Packaged : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup();
-    void packagedCollection();
-    void unloadingAGroupRemovesExactlyItsPopups();
-    void unregisterEditClasses();
-    void classItems();
-    void registerComponents();
-    void safeRegisterClass();
+    void cleanup()
+    {
+        FinalizeClassItems();
+        FinalizeEditClasses();
+        FreedItems.clear();
+        CountsSeen.clear();
+    }
+
+    void packagedCollection()
+    {
+        TPackagedCollectionOf<TMarkItem> items;
+        QCOMPARE(items.Last(), nullptr);
+
+        const TPackageHandle savedPackage = CurrentPackage;
+        CurrentPackage = 0x5150;
+        TMarkItem *a = items.Add();
+        a->Mark = u"a"_s;
+        const int group = NewEditorGroup();
+        TMarkItem *b = items.Add();
+        b->Mark = u"b"_s;
+        CurrentPackage = savedPackage;
+        TMarkItem *c = items.Add();
+        c->Mark = u"c"_s;
+        const int later = NewEditorGroup();
+        TMarkItem *d = items.Add();
+        d->Mark = u"d"_s;
+
+        QCOMPARE(b->Package(), TPackageHandle(0x5150));
+        QCOMPARE(c->Package(), savedPackage);
+        QCOMPARE(items.Last(), d);
+        QCOMPARE(items.IndexOf(c), 2);
+
+        // Freed items are out of the collection by the time anyone hears of their end.
+        Watched = &items;
+        kvAddFreeNotification(b, TFreeNotifyMethod::Of<&tst_Packaged::Freed>(this));
+        kvAddFreeNotification(c, TFreeNotifyMethod::Of<&tst_Packaged::Freed>(this));
+        FreeEditorGroup(group);
+        QCOMPARE(Marks(items), u"a d"_s);
+        QCOMPARE(CountsSeen, (QList<qsizetype>{2, 2}));
+        QVERIFY(FreedItems.contains(b) && FreedItems.contains(c));
+
+        // A broadcast from elsewhere frees a group as well; index errors are reported.
+        BroadCastToNotifiers(nullptr, CM_FREEEDITGROUP, later, 0);
+        QCOMPARE(Marks(items), u"a"_s);
+        QVERIFY_THROWS_EXCEPTION(Exception, items.Items(1));
+        QVERIFY_THROWS_EXCEPTION(Exception, items.Delete(-1));
+        items.Delete(0);
+        QCOMPARE(items.Count(), 0);
+        FreeEditorGroup(later);
+
+        // A collection that is gone no longer listens.
+        auto gone = std::make_unique<TPackagedCollectionOf<TMarkItem>>();
+        gone->Add();
+        gone.reset();
+        BroadCastToNotifiers(nullptr, CM_FREEEDITGROUP, CurrentGroup(), 0);
+    }
+
+    void editClasses()
+    {
+        const QMetaType intType = QMetaType::fromType<int>();
+        const QMetaType stringType = QMetaType::fromType<QString>();
+        const QMetaObject *const Base = &TBase::staticMetaObject;
+        const QMetaObject *const Color = &TColorPopup::staticMetaObject;
+        RegisterPopupClass(intType, Base, u"Value"_s, Color)->PropertyName = u"first"_s;
+        RegisterPopupClass(stringType, Base, u"Value"_s, Color);                       // other type
+        RegisterPopupClass(intType, &TMid::staticMetaObject, u"Value"_s, Color);       // other component
+        RegisterPopupClass(intType, Base, u"Other"_s, Color);                          // other name
+        RegisterPopupClass(intType, Base, u"Value"_s, &TDatePopup::staticMetaObject); // other popup
+        RegisterPopupClass(intType, Base, u"Value"_s, Color)->PropertyName = u"VALUE"_s;
+
+        // The first entry equal in all four goes; names compare ignoring case.
+        QVERIFY(!UnRegisterPopupClass(intType, Base, u"First"_s, &TDatePopup::staticMetaObject));
+        QVERIFY(UnRegisterPopupClass(intType, Base, u"first"_s, Color));
+        QCOMPARE(PopupNames(), u"Value Value Other Value VALUE"_s);
+        QVERIFY(UnRegisterPopupClass(intType, Base, u"value"_s, Color));
+        QCOMPARE(PopupNames(), u"Value Value Other Value"_s);
+
+        const QMetaObject *const Text = &TTextEditor::staticMetaObject;
+        const QMetaObject *const Check = &TCheckEditor::staticMetaObject;
+        RegisterEditClass(intType, Base, u"Count"_s, Check);
+        RegisterTextEditClass(intType, Base, u"Count"_s, Text);
+        RegisterEditClass(stringType, Base, u"Name"_s, Text);
+        QVERIFY(IsTextEditClass(Text));
+        QVERIFY(!IsTextEditClass(Check));
+        QVERIFY(UnRegisterEditClass(intType, Base, u"COUNT"_s, Text));
+        QVERIFY(!IsTextEditClass(Text)); // the remaining entry of the class is not a text editor
+
+        // Freeing a package's group takes exactly its entries out of the three registries.
+        const int package = NewEditorGroup();
+        RegisterPopupClass<TColorPopup>(intType, Base, u"Color"_s);
+        RegisterEditClass<TTextEditor>(stringType, Base, u"Text"_s);
+        RegisterEditSource(&TLeaf::staticMetaObject);
+        NewEditorGroup();
+        RegisterPopupClass<TDatePopup>(intType, Base, u"After"_s);
+        FreeEditorGroup(package);
+        QCOMPARE(PopupNames(), u"Value Value Other Value After"_s);
+        QCOMPARE(EditClasses().Count(), 2);
+        QCOMPARE(EditSourceClasses().Count(), 0);
+        // The classes stay known to the platform: they may be registered again.
+        QCOMPARE(GetClass(u"TColorPopup"_s), Color);
+
+        // Bad registrations add nothing.
+        QVERIFY_THROWS_EXCEPTION(Exception, RegisterPopupClass(intType, Base, u"X"_s, nullptr));
+        QVERIFY_THROWS_EXCEPTION(Exception, RegisterTextEditClass(intType, Base, u"X"_s, nullptr));
+        QVERIFY_THROWS_EXCEPTION(Exception, RegisterEditSource(nullptr));
+        QCOMPARE(PopupClasses().Count(), 5);
+        QCOMPARE(EditClasses().Count(), 2);
+        QCOMPARE(EditSourceClasses().Count(), 0);
+    }
+
+    void classItems()
+    {
+        TClassItems &items = ClassItems();
+        TClassItem *mid = items.RegisterClass(&TMid::staticMetaObject, icNoIcon);
+        QCOMPARE(items.RegisterClass(&TMid::staticMetaObject, icField), mid);
+        QCOMPARE(mid->Cats, TClassItemCats(icNoIcon | icField));
+        items.RegisterClass(&TBase::staticMetaObject, {});
+        items.RegisterClass(&TOther::staticMetaObject, icField);
+        QCOMPARE(items.ListFieldClasses(),
+                 (QList<const QMetaObject *>{&TMid::staticMetaObject, &TOther::staticMetaObject}));
+        // The first item that is the class or an ancestor decides, not the nearest one.
+        QVERIFY(!IsIconClass(&TLeaf::staticMetaObject));
+        QVERIFY(IsIconClass(&TBase::staticMetaObject));
+        QVERIFY(IsIconClass(&TColorPopup::staticMetaObject)); // no item: an icon
+        items.RegisterClass(&TOtherChild::staticMetaObject, icNoIcon);
+        QVERIFY(IsIconClass(&TOtherChild::staticMetaObject)); // TOther's item came first
+        QVERIFY_THROWS_EXCEPTION(Exception, items.RegisterClass(nullptr, icField));
+
+        RegisterNonActiveX({&TLeaf::staticMetaObject});
+        RegisterNonQuillon({&TBase::staticMetaObject});
+        QCOMPARE(items.Last()->Cats, TClassItemCats(icNonActiveX));
+        QCOMPARE(items.Last()->Class, &TLeaf::staticMetaObject);
+        QVERIFY(!IsIconClass(&TBase::staticMetaObject));
+    }
+
+    void registerComponents()
+    {
+        TCounter announced(CM_REGISTERCOMPS);
+        RegisterNoIcon({&TButtonB::staticMetaObject});
+        QCOMPARE(announced.Count, 0);
+
+        RegisterComponents(u"Standard"_s, {&TButtonA::staticMetaObject, &TButtonB::staticMetaObject});
+        QCOMPARE(announced.Count, 1);
+        RegisterComponents(u"Additional"_s, {&TButtonA::staticMetaObject});
+        RegisterComponents<TButtonC>(u"Additional"_s);
+        QCOMPARE(announced.Count, 3);
+
+        TClassItems &items = ClassItems();
+        const TClassItem *a = items.ItemOfClass(&TButtonA::staticMetaObject);
+        const TClassItem *b = items.ItemOfClass(&TButtonB::staticMetaObject);
+        const TClassItem *c = items.ItemOfClass(&TButtonC::staticMetaObject);
+        QCOMPARE(a->Page, u"Standard"_s); // the first page given stays
+        QCOMPARE(b->Page, u"Standard"_s); // an item without a page gets one
+        QCOMPARE(c->Page, u"Additional"_s);
+        QCOMPARE(a->Cats, TClassItemCats(icShowinPalette));
+        QCOMPARE(b->Cats, TClassItemCats(icNoIcon | icShowinPalette));
+
+        // The palette can make them by name.
+        QCOMPARE(GetClass(u"TButtonA"_s), &TButtonA::staticMetaObject);
+        std::unique_ptr<QObject> made(CreateObject(u"TButtonC"_s, nullptr));
+        QCOMPARE(made->metaObject(), &TButtonC::staticMetaObject);
+
+        // A failure part way: what was registered before it is announced, the failure passes on.
+        QVERIFY_THROWS_EXCEPTION(Exception, RegisterComponents(u"Broken"_s, {&TPlain::staticMetaObject, nullptr}));
+        QCOMPARE(announced.Count, 4);
+        QCOMPARE(items.ItemOfClass(&TPlain::staticMetaObject)->Page, u"Broken"_s);
+        QVERIFY_THROWS_EXCEPTION(Exception, RegisterComponents(u"Broken"_s, {nullptr}));
+        QCOMPARE(announced.Count, 4);
+    }
+
+    void safeRegisterClass()
+    {
+        const QMetaObject *const One = &one::TTwin::staticMetaObject;
+        const QMetaObject *const Two = &two::TTwin::staticMetaObject;
+        QVERIFY(SafeRegisterClass(One));
+        // The name is taken: the plain registration refuses, the safe one leaves it alone.
+        QVERIFY_THROWS_EXCEPTION(Exception, kv::RegisterClass(Two));
+        QVERIFY(!SafeRegisterClass(Two));
+        SafeRegisterClasses({Two, &TOtherChild::staticMetaObject});
+        QCOMPARE(GetClass(u"TTwin"_s), One);
+        QCOMPARE(GetClass(u"TOtherChild"_s), &TOtherChild::staticMetaObject);
+
+        // The template form registers a factory.
+        QVERIFY(SafeRegisterClass<TOther>());
+        QVERIFY(!SafeRegisterClass<TOther>());
+        std::unique_ptr<QObject> made(CreateObject(u"TOther"_s, nullptr));
+        QVERIFY(qobject_cast<TOther *>(made.get()));
+        QVERIFY_THROWS_EXCEPTION(Exception, SafeRegisterClass(nullptr));
+    }
 
 private:
-    // Receives the addresses of freed items.
-    void Freed(const void *Item) { FreedItems.append(Item); }
-    QList<const void *> FreedItems;
-    std::function<void()> OnFreed;
-    void FreedWithAction(const void *Item)
+    // Receives the addresses of freed items, with the count of the watched collection then.
+    void Freed(const void *Item)
     {
-        Freed(Item);
-        if (OnFreed)
-            OnFreed();
+        FreedItems.append(Item);
+        CountsSeen.append(Watched->Count());
     }
+    QList<const void *> FreedItems;
+    QList<qsizetype> CountsSeen;
+    const TPackagedCollection *Watched = nullptr;
 };
-
-void tst_Packaged::cleanup()
-{
-    FinalizeClassItems();
-    FinalizeEditClasses();
-    FreedItems.clear();
-    OnFreed = nullptr;
-}
-
-void tst_Packaged::packagedCollection()
-{
-    TPackagedCollectionOf<TMarkItem> items;
-    QCOMPARE(items.Last(), nullptr);
-
-    const TPackageHandle savedPackage = CurrentPackage;
-    CurrentPackage = 0x5150;
-    TMarkItem *a = items.Add();
-    a->Mark = u"a"_s;
-    const int group = NewEditorGroup();
-    TMarkItem *b = items.Add();
-    b->Mark = u"b"_s;
-    CurrentPackage = savedPackage;
-    TMarkItem *c = items.Add();
-    c->Mark = u"c"_s;
-    const int later = NewEditorGroup();
-    TMarkItem *d = items.Add();
-    d->Mark = u"d"_s;
-
-    QCOMPARE(a->Package(), TPackageHandle(0x5150));
-    QCOMPARE(b->Package(), TPackageHandle(0x5150));
-    QCOMPARE(c->Package(), savedPackage);
-    QCOMPARE(b->Group(), group);
-    QCOMPARE(c->Group(), group);
-    QCOMPARE(d->Group(), later);
-    QCOMPARE(items.Last(), d);
-    QCOMPARE(items.IndexOf(c), 2);
-
-    // Freed items are out of the collection by the time anyone hears of their end.
-    qsizetype countSeen = -1;
-    OnFreed = [&] { countSeen = items.Count(); };
-    kvAddFreeNotification(b, TFreeNotifyMethod::Of<&tst_Packaged::FreedWithAction>(this));
-    kvAddFreeNotification(c, TFreeNotifyMethod::Of<&tst_Packaged::Freed>(this));
-    const void *bAddress = b;
-    const void *cAddress = c;
-    FreeEditorGroup(group);
-    QCOMPARE(Marks(items), u"a d"_s);
-    QCOMPARE(countSeen, 2);
-    QCOMPARE(FreedItems.size(), 2);
-    QVERIFY(FreedItems.contains(bAddress) && FreedItems.contains(cAddress));
-
-    // A broadcast from elsewhere frees a group as well; index errors are reported.
-    BroadCastToNotifiers(nullptr, CM_FREEEDITGROUP, later, 0);
-    QCOMPARE(Marks(items), u"a"_s);
-    QVERIFY_THROWS_EXCEPTION(Exception, items.Items(1));
-    QVERIFY_THROWS_EXCEPTION(Exception, items.Delete(-1));
-    items.Delete(0);
-    QCOMPARE(items.Count(), 0);
-    FreeEditorGroup(later);
-
-    // A collection that is gone no longer listens.
-    auto gone = std::make_unique<TPackagedCollectionOf<TMarkItem>>();
-    gone->Add();
-    gone.reset();
-    BroadCastToNotifiers(nullptr, CM_FREEEDITGROUP, CurrentGroup(), 0);
-}
-
-void tst_Packaged::unloadingAGroupRemovesExactlyItsPopups()
-{
-    const QMetaType colorType = QMetaType::fromType<QColor>();
-    const QMetaType dateType = QMetaType::fromType<QDate>();
-    const QMetaObject *const Base = &TBase::staticMetaObject;
-    RegisterPopupClass<TColorPopup>(colorType, Base, u"Before"_s);
-
-    const int package = NewEditorGroup();
-    RegisterPopupClass<TColorPopup>(colorType, Base, u"Color"_s);
-    RegisterPopupClass<TDatePopup>(dateType, Base, u"Date"_s);
-    RegisterEditClass<TTextEditor>(QMetaType::fromType<QString>(), Base, u"Text"_s);
-    RegisterEditSource(&TLeaf::staticMetaObject);
-
-    NewEditorGroup();
-    RegisterPopupClass<TDatePopup>(dateType, Base, u"After"_s);
-
-    // The popup classes are known to the platform class registry.
-    QCOMPARE(GetClass(u"TColorPopup"_s), &TColorPopup::staticMetaObject);
-    QCOMPARE(GetClass(u"TDatePopup"_s), &TDatePopup::staticMetaObject);
-    QCOMPARE(PopupNames(), u"Before Color Date After"_s);
-    QCOMPARE(PopupClasses().Items(2)->PopupClass, &TDatePopup::staticMetaObject);
-    QCOMPARE(PopupClasses().Items(2)->PropertyType, dateType);
-    QCOMPARE(PopupClasses().Items(2)->ComponentClass, Base);
-
-    FreeEditorGroup(package);
-    QCOMPARE(PopupNames(), u"Before After"_s);
-    QCOMPARE(EditClasses().Count(), 0);
-    QCOMPARE(EditSourceClasses().Count(), 0);
-    // The classes stay known to the platform: they may be registered again.
-    QCOMPARE(GetClass(u"TColorPopup"_s), &TColorPopup::staticMetaObject);
-}
-
-void tst_Packaged::unregisterEditClasses()
-{
-    const QMetaType intType = QMetaType::fromType<int>();
-    const QMetaType stringType = QMetaType::fromType<QString>();
-    const QMetaObject *const Base = &TBase::staticMetaObject;
-    const QMetaObject *const Color = &TColorPopup::staticMetaObject;
-    RegisterPopupClass(intType, Base, u"Value"_s, Color)->PropertyName = u"first"_s;
-    RegisterPopupClass(stringType, Base, u"Value"_s, Color);                       // other type
-    RegisterPopupClass(intType, &TMid::staticMetaObject, u"Value"_s, Color);       // other component
-    RegisterPopupClass(intType, Base, u"Other"_s, Color);                          // other name
-    RegisterPopupClass(intType, Base, u"Value"_s, &TDatePopup::staticMetaObject); // other popup
-    RegisterPopupClass(intType, Base, u"Value"_s, Color)->PropertyName = u"VALUE"_s;
-
-    // The first entry equal in all four goes; names compare ignoring case.
-    QVERIFY(!UnRegisterPopupClass(intType, Base, u"First"_s, &TDatePopup::staticMetaObject));
-    QVERIFY(UnRegisterPopupClass(intType, Base, u"first"_s, Color));
-    QCOMPARE(PopupNames(), u"Value Value Other Value VALUE"_s);
-    QVERIFY(UnRegisterPopupClass(intType, Base, u"value"_s, Color));
-    QCOMPARE(PopupNames(), u"Value Value Other Value"_s);
-    QCOMPARE(PopupClasses().Items(0)->PropertyType, stringType);
-    QVERIFY(!UnRegisterPopupClass(intType, Base, u"Value"_s, Color));
-
-    const QMetaObject *const Text = &TTextEditor::staticMetaObject;
-    const QMetaObject *const Check = &TCheckEditor::staticMetaObject;
-    RegisterEditClass(intType, Base, u"Count"_s, Check);
-    RegisterTextEditClass(intType, Base, u"Count"_s, Text);
-    RegisterEditClass(stringType, Base, u"Name"_s, Text);
-    QVERIFY(IsTextEditClass(Text));
-    QVERIFY(!IsTextEditClass(Check));
-    QCOMPARE(EditClasses().Items(1)->EditClass(), Text);
-    QVERIFY(UnRegisterEditClass(intType, Base, u"COUNT"_s, Text));
-    QVERIFY(!IsTextEditClass(Text)); // the remaining entry of the class is not a text editor
-    QCOMPARE(EditClasses().Count(), 2);
-
-    // Bad registrations add nothing.
-    QVERIFY_THROWS_EXCEPTION(Exception, RegisterPopupClass(intType, Base, u"X"_s, nullptr));
-    QVERIFY_THROWS_EXCEPTION(Exception, RegisterTextEditClass(intType, Base, u"X"_s, nullptr));
-    QVERIFY_THROWS_EXCEPTION(Exception, RegisterEditSource(nullptr));
-    QCOMPARE(PopupClasses().Count(), 4);
-    QCOMPARE(EditClasses().Count(), 2);
-    QCOMPARE(EditSourceClasses().Count(), 0);
-}
-
-void tst_Packaged::classItems()
-{
-    TClassItems &items = ClassItems();
-    TClassItem *mid = items.RegisterClass(&TMid::staticMetaObject, icNoIcon);
-    QCOMPARE(items.RegisterClass(&TMid::staticMetaObject, icField), mid);
-    QCOMPARE(mid->Cats, TClassItemCats(icNoIcon | icField));
-    items.RegisterClass(&TBase::staticMetaObject, {});
-    items.RegisterClass(&TOther::staticMetaObject, icField);
-    QCOMPARE(items.Count(), 3);
-
-    QCOMPARE(items.ListFieldClasses(),
-             (QList<const QMetaObject *>{&TMid::staticMetaObject, &TOther::staticMetaObject}));
-    // The first item that is the class or an ancestor decides, not the nearest one.
-    QVERIFY(!IsIconClass(&TLeaf::staticMetaObject));
-    QVERIFY(!IsIconClass(&TMid::staticMetaObject));
-    QVERIFY(IsIconClass(&TBase::staticMetaObject));
-    QVERIFY(IsIconClass(&TColorPopup::staticMetaObject)); // no item: an icon
-    items.RegisterClass(&TOtherChild::staticMetaObject, icNoIcon);
-    QVERIFY(IsIconClass(&TOtherChild::staticMetaObject)); // TOther's item came first
-    QVERIFY_THROWS_EXCEPTION(Exception, items.RegisterClass(nullptr, icField));
-
-    RegisterNonActiveX({&TLeaf::staticMetaObject});
-    RegisterNonQuillon({&TBase::staticMetaObject});
-    QCOMPARE(items.Last()->Class, &TLeaf::staticMetaObject);
-    QCOMPARE(items.Last()->Cats, TClassItemCats(icNonActiveX));
-    QCOMPARE(items.ItemOfClass(&TBase::staticMetaObject)->Cats, TClassItemCats(icNoIcon));
-    QVERIFY(!IsIconClass(&TBase::staticMetaObject));
-}
-
-void tst_Packaged::registerComponents()
-{
-    TCounter announced(CM_REGISTERCOMPS);
-    RegisterNoIcon({&TButtonB::staticMetaObject});
-    QCOMPARE(announced.Count, 0);
-
-    RegisterComponents(u"Standard"_s, {&TButtonA::staticMetaObject, &TButtonB::staticMetaObject});
-    QCOMPARE(announced.Count, 1);
-    RegisterComponents(u"Additional"_s, {&TButtonA::staticMetaObject});
-    RegisterComponents<TButtonC>(u"Additional"_s);
-    QCOMPARE(announced.Count, 3);
-
-    TClassItems &items = ClassItems();
-    const TClassItem *a = items.ItemOfClass(&TButtonA::staticMetaObject);
-    const TClassItem *b = items.ItemOfClass(&TButtonB::staticMetaObject);
-    const TClassItem *c = items.ItemOfClass(&TButtonC::staticMetaObject);
-    QCOMPARE(a->Page, u"Standard"_s); // the first page given stays
-    QCOMPARE(b->Page, u"Standard"_s); // an item without a page gets one
-    QCOMPARE(c->Page, u"Additional"_s);
-    QCOMPARE(a->Cats, TClassItemCats(icShowinPalette));
-    QCOMPARE(b->Cats, TClassItemCats(icNoIcon | icShowinPalette));
-
-    // The palette can make them by name.
-    std::unique_ptr<QObject> made(CreateObject(u"TButtonA"_s, nullptr));
-    QCOMPARE(made->metaObject(), &TButtonA::staticMetaObject);
-    made.reset(CreateObject(u"TButtonC"_s, nullptr));
-    QCOMPARE(made->metaObject(), &TButtonC::staticMetaObject);
-
-    // A failure part way: what was registered before it is announced, the failure passes on.
-    QVERIFY_THROWS_EXCEPTION(Exception, RegisterComponents(u"Broken"_s, {&TPlain::staticMetaObject, nullptr}));
-    QCOMPARE(announced.Count, 4);
-    QCOMPARE(items.ItemOfClass(&TPlain::staticMetaObject)->Page, u"Broken"_s);
-    QVERIFY_THROWS_EXCEPTION(Exception, RegisterComponents(u"Broken"_s, {nullptr}));
-    QCOMPARE(announced.Count, 4);
-}
-
-void tst_Packaged::safeRegisterClass()
-{
-    const QMetaObject *const One = &one::TTwin::staticMetaObject;
-    const QMetaObject *const Two = &two::TTwin::staticMetaObject;
-    QVERIFY(SafeRegisterClass(One));
-    // The name is taken: the plain registration refuses, the safe one leaves it alone.
-    QVERIFY_THROWS_EXCEPTION(Exception, kv::RegisterClass(Two));
-    QVERIFY(!SafeRegisterClass(Two));
-    QVERIFY(!SafeRegisterClass(One));
-    QCOMPARE(GetClass(u"TTwin"_s), One);
-    SafeRegisterClasses({Two, &TButtonA::staticMetaObject});
-    QCOMPARE(GetClass(u"TTwin"_s), One);
-    QCOMPARE(GetClass(u"TButtonA"_s), &TButtonA::staticMetaObject);
-
-    // The template form registers a factory.
-    QVERIFY(SafeRegisterClass<TOther>());
-    QVERIFY(!SafeRegisterClass<TOther>());
-    std::unique_ptr<QObject> made(CreateObject(u"TOther"_s, nullptr));
-    QVERIFY(qobject_cast<TOther *>(made.get()));
-    QVERIFY_THROWS_EXCEPTION(Exception, SafeRegisterClass(nullptr));
-}
 
 QTEST_GUILESS_MAIN(tst_Packaged)
 #include "tst_packaged.moc"
