@@ -1,6 +1,7 @@
 #include "foundation/ideLib.h"
 #include "foundation/ideLib_sortedkeydata.h"
 #include "platform/kvException.h"
+#include "tests/testsupport.h"
 
 #include <QObject>
 #include <QTest>
@@ -9,6 +10,7 @@
 #include <memory>
 
 using namespace kv;
+using kv::test::ErrorOf;
 
 namespace {
 
@@ -41,17 +43,6 @@ struct TCountedData : TSortedListData
     ~TCountedData() override { --Live; }
     static inline int Live = 0;
 };
-
-template <class F>
-QString RaisedMessage(F &&f)
-{
-    try {
-        f();
-    } catch (const Exception &e) {
-        return e.Message();
-    }
-    return QString();
-}
 
 QList<quintptr> Addresses(const TCustomSortedList &list)
 {
@@ -181,7 +172,7 @@ private Q_SLOTS:
         TRecord extra(2, &live);
         QList<quintptr> expected = Addresses(list);
         qsizetype index = -1;
-        QCOMPARE(RaisedMessage([&] { index = list.Add(&extra); }), raised);
+        QCOMPARE(ErrorOf([&] { index = list.Add(&extra); }), raised);
         if (mode == dupAccept)
             expected.insert(1, quintptr(&extra)); // before the run of equal items
         QCOMPARE(Addresses(list), expected);
@@ -193,7 +184,7 @@ private Q_SLOTS:
         dataList.SetDuplicates(mode);
         TSortedCustomData *first = dataList.Add(Addr(8));
         TSortedCustomData *again = nullptr;
-        QCOMPARE(RaisedMessage([&] { again = dataList.Add(Addr(8)); }), raised);
+        QCOMPARE(ErrorOf([&] { again = dataList.Add(Addr(8)); }), raised);
         QCOMPARE(TCountedData::Live, int(dataList.Count()));
         QCOMPARE(dataList.Count(), mode == dupAccept ? 2 : 1);
         if (mode == dupIgnore)
@@ -209,8 +200,8 @@ private Q_SLOTS:
             list.Add(Addr(a));
         list.Insert(5, Addr(15)); // the order decides, not the index
         QCOMPARE(Addresses(list), (QList<quintptr>{10, 15, 20, 30}));
-        QCOMPARE(RaisedMessage([&] { list.Items(4); }), QStringLiteral("List index out of bounds (4)"));
-        QCOMPARE(RaisedMessage([&] { list.Delete(-1); }), QStringLiteral("List index out of bounds (-1)"));
+        QCOMPARE(ErrorOf([&] { list.Items(4); }), QStringLiteral("List index out of bounds (4)"));
+        QCOMPARE(ErrorOf([&] { list.Delete(-1); }), QStringLiteral("List index out of bounds (-1)"));
 
         // Unsorted: the order stays as it is; Insert goes by the index, Add appends.
         list.SetSorted(false);
@@ -218,10 +209,10 @@ private Q_SLOTS:
         list.Insert(5, Addr(98)); // at the end
         list.Add(Addr(15));
         QCOMPARE(Addresses(list), (QList<quintptr>{10, 99, 15, 20, 30, 98, 15}));
-        QCOMPARE(RaisedMessage([&] { list.Insert(8, Addr(1)); }), QStringLiteral("List index out of bounds (8)"));
+        QCOMPARE(ErrorOf([&] { list.Insert(8, Addr(1)); }), QStringLiteral("List index out of bounds (8)"));
         QCOMPARE(list.Count(), 7);
-        QCOMPARE(RaisedMessage([&] { list.SetCount(-2); }), QStringLiteral("List count out of bounds (-2)"));
-        QCOMPARE(RaisedMessage([&] { list.SetCapacity(6); }), QStringLiteral("List capacity out of bounds (6)"));
+        QCOMPARE(ErrorOf([&] { list.SetCount(-2); }), QStringLiteral("List count out of bounds (-2)"));
+        QCOMPARE(ErrorOf([&] { list.SetCapacity(6); }), QStringLiteral("List capacity out of bounds (6)"));
 
         // Sorted again: the items are sorted, duplicates and all, and Add goes by the order.
         list.SetSorted(true);
@@ -397,7 +388,7 @@ private Q_SLOTS:
         TRecord kept(1, &live);
         std::unique_ptr<TCustomSortedList> other = std::make_unique<TOtherList>();
         other->Add(static_cast<TPlainObject *>(&kept));
-        QCOMPARE(RaisedMessage([&] { FreeSortedList(other); }), QStringLiteral("Invalid class typecast"));
+        QCOMPARE(ErrorOf([&] { FreeSortedList(other); }), QStringLiteral("Invalid class typecast"));
         QVERIFY(other);
         QCOMPARE(live, 1);
 

@@ -1,12 +1,12 @@
 #pragma once
 
 // What the property editor tests share: editors of a selection picked by name, their value
-// lists, the text of what an action raises, a designer that records what it is told, and the
-// tables of what editors show and take.
+// lists, a designer that records what it is told, and the tables of what editors show and take.
 
 #include "design/ideGen_designer.h"
 #include "platform/kvException.h"
 #include "platform/kvPropertyRegistry.h"
+#include "tests/testsupport.h"
 
 #include <QStringList>
 #include <QTest>
@@ -83,17 +83,6 @@ inline QStringList ValuesOf(const TPropertyEditor &Editor)
     QStringList values;
     Editor.GetValues([&](const QString &Value) { values.append(Value); });
     return values;
-}
-
-// The message of the kv::Exception that Action raises; empty when it raises none.
-inline QString ErrorOf(const std::function<void()> &Action)
-{
-    try {
-        Action();
-    } catch (const Exception &error) {
-        return error.Message();
-    }
-    return {};
 }
 
 // A row of a text table (columns from TextColumns): Text written into the property Name shows as
