@@ -5,6 +5,7 @@
 #include "foundation/ideSystem_notifiers.h"
 #include "platform/kvEditorGroups.h"
 #include "platform/kvException.h"
+#include "tests/testsupport.h"
 
 #include <QTest>
 #include <QTimer>
@@ -13,6 +14,7 @@
 #include <memory>
 
 using namespace kv;
+using kv::test::ErrorOf;
 using namespace Qt::StringLiterals;
 
 namespace probe {
@@ -225,12 +227,7 @@ private Q_SLOTS:
         QCOMPARE(ObjectParamList().Count(), 1);
 
         QVERIFY_THROWS_EXCEPTION(Exception, ObjectParamList().Items(1));
-        try {
-            RegisterClassExt(nullptr, {{"N", 1}});
-            QFAIL("a nil class was registered");
-        } catch (const Exception &e) {
-            QVERIFY2(e.Message().contains(u"RegisterClassExt"_s), qPrintable(e.Message()));
-        }
+        QVERIFY(ErrorOf([] { RegisterClassExt(nullptr, {{"N", 1}}); }).contains(u"RegisterClassExt"_s));
         QVERIFY_THROWS_EXCEPTION(Exception, RegisterObjectEx(nullptr, {}));
         QCOMPARE(ObjectParamList().Count(), 1);
 

@@ -4,11 +4,13 @@
 #include "foundation/ideSystem_objparams.h"
 #include "platform/kvException.h"
 #include "treesrc/ideTSLite_registry.h"
+#include "tests/testsupport.h"
 
 #include <QCoreApplication>
 #include <QtTest>
 
 using namespace kv;
+using kv::test::ErrorOf;
 using namespace Qt::StringLiterals;
 
 // Classes standing for the object classes of the registrations.
@@ -165,12 +167,8 @@ private Q_SLOTS:
         QCOMPARE(GetRegisteredTreeSource(&TMenu::staticMetaObject, QString()), &TMenuSourceA::staticMetaObject);
 
         // Bad classes are refused and leave the registry as it was.
-        try {
-            RegisterTreeSource(&TMenu::staticMetaObject, &TUnrelated::staticMetaObject);
-            QFAIL("a class that is no tree source was registered");
-        } catch (const Exception &e) {
-            QCOMPARE(e.Message(), u"Class TUnrelated is not a tree source"_s);
-        }
+        QCOMPARE(ErrorOf([] { RegisterTreeSource(&TMenu::staticMetaObject, &TUnrelated::staticMetaObject); }),
+                 u"Class TUnrelated is not a tree source"_s);
         QVERIFY_THROWS_EXCEPTION(Exception, RegisterTreeSource(&TMenu::staticMetaObject, nullptr));
         QVERIFY_THROWS_EXCEPTION(Exception, RegisterTreeSource(nullptr, &TMenuSourceA::staticMetaObject));
         QCOMPARE(ObjectParamList().Count(), 3);
