@@ -68,58 +68,55 @@ class tst_WidgetSweep : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void writeBack_data();
-    void writeBack();
+    void writeBack_data()
+    {
+        QTest::addColumn<TMaker>("make");
+        AddRows<QWidget, QFrame, QLabel, QPushButton, QToolButton, QCheckBox, QRadioButton, QCommandLinkButton, QLineEdit,
+                QTextEdit, QPlainTextEdit, QTextBrowser, QSpinBox, QDoubleSpinBox, QDateEdit, QTimeEdit, QDateTimeEdit,
+                QComboBox, QFontComboBox, QSlider, QScrollBar, QDial, QProgressBar, QLCDNumber, QGroupBox, QTabWidget,
+                QTabBar, QToolBox, QStackedWidget, QScrollArea, QSplitter, QMdiArea, QMdiSubWindow, QListWidget,
+                QTreeWidget, QTableWidget, QListView, QTreeView, QTableView, QColumnView, QUndoView, QCalendarWidget,
+                QDialog, QMainWindow, QMenuBar, QMenu, QToolBar, QStatusBar, QDockWidget, QDialogButtonBox,
+                QKeySequenceEdit, QFocusFrame, QGraphicsView, QSplashScreen, QColorDialog, QFontDialog, QFileDialog,
+                QInputDialog, QMessageBox, QProgressDialog, QErrorMessage, QWizard, QWizardPage>();
+    }
+
+    void writeBack()
+    {
+        QFETCH(TMaker, make);
+        std::unique_ptr<QWidget> widget(make());
+
+        // Some getters build what they report on first use (QInputDialog makes its children when
+        // asked for its label): read everything once before taking the picture.
+        Snapshot(widget.get());
+        const QStringList textsBefore = Snapshot(widget.get());
+        const QMap<QString, QVariant> rawBefore = RawValues(widget.get());
+
+        int written = 0;
+        QStringList failures;
+        WalkAll(widget.get(), [&](TPropertyEditor &e, const QString &path) {
+            if (!e.ValueAvailable() || (e.GetAttributes() & paReadOnly))
+                return;
+            try {
+                e.SetValue(e.GetValue());
+                ++written;
+            } catch (const std::exception &error) {
+                failures.append(path + QLatin1String(": ") + QString::fromUtf8(error.what()));
+            }
+            // Which write changed what.
+            const QMap<QString, QVariant> raw = RawValues(widget.get());
+            for (auto it = rawBefore.cbegin(); it != rawBefore.cend(); ++it) {
+                if (raw.value(it.key()) != it.value())
+                    failures.append(QLatin1String("writing ") + path + QLatin1String(" changed ") + it.key());
+            }
+        });
+        QVERIFY(written > 20);
+        QVERIFY2(failures.isEmpty(), qPrintable(failures.join(QLatin1Char('\n'))));
+        // What no write showed as changed: the text of every editor, parts and read-only ones
+        // included.
+        QCOMPARE(Snapshot(widget.get()), textsBefore);
+    }
 };
-
-void tst_WidgetSweep::writeBack_data()
-{
-    QTest::addColumn<TMaker>("make");
-    AddRows<QWidget, QFrame, QLabel, QPushButton, QToolButton, QCheckBox, QRadioButton, QCommandLinkButton, QLineEdit,
-            QTextEdit, QPlainTextEdit, QTextBrowser, QSpinBox, QDoubleSpinBox, QDateEdit, QTimeEdit, QDateTimeEdit,
-            QComboBox, QFontComboBox, QSlider, QScrollBar, QDial, QProgressBar, QLCDNumber, QGroupBox, QTabWidget,
-            QTabBar, QToolBox, QStackedWidget, QScrollArea, QSplitter, QMdiArea, QMdiSubWindow, QListWidget,
-            QTreeWidget, QTableWidget, QListView, QTreeView, QTableView, QColumnView, QUndoView, QCalendarWidget,
-            QDialog, QMainWindow, QMenuBar, QMenu, QToolBar, QStatusBar, QDockWidget, QDialogButtonBox,
-            QKeySequenceEdit, QFocusFrame, QGraphicsView, QSplashScreen, QColorDialog, QFontDialog, QFileDialog,
-            QInputDialog, QMessageBox, QProgressDialog, QErrorMessage, QWizard, QWizardPage>();
-}
-
-void tst_WidgetSweep::writeBack()
-{
-    QFETCH(TMaker, make);
-    std::unique_ptr<QWidget> widget(make());
-
-    // Some getters build what they report on first use (QInputDialog makes its children when
-    // asked for its label): read everything once before taking the picture.
-    Snapshot(widget.get());
-    const QStringList textsBefore = Snapshot(widget.get());
-    const QMap<QString, QVariant> rawBefore = RawValues(widget.get());
-
-    int written = 0;
-    QStringList failures;
-    WalkAll(widget.get(), [&](TPropertyEditor &e, const QString &path) {
-        if (!e.ValueAvailable() || (e.GetAttributes() & paReadOnly))
-            return;
-        try {
-            e.SetValue(e.GetValue());
-            ++written;
-        } catch (const std::exception &error) {
-            failures.append(path + QLatin1String(": ") + QString::fromUtf8(error.what()));
-        }
-        // Which write changed what.
-        const QMap<QString, QVariant> raw = RawValues(widget.get());
-        for (auto it = rawBefore.cbegin(); it != rawBefore.cend(); ++it) {
-            if (raw.value(it.key()) != it.value())
-                failures.append(QLatin1String("writing ") + path + QLatin1String(" changed ") + it.key());
-        }
-    });
-    QVERIFY(written > 20);
-    QVERIFY2(failures.isEmpty(), qPrintable(failures.join(QLatin1Char('\n'))));
-    // What no write showed as changed: the text of every editor, parts and read-only ones
-    // included.
-    QCOMPARE(Snapshot(widget.get()), textsBefore);
-}
 
 QTEST_MAIN(tst_WidgetSweep)
 #include "tst_widgetsweep.moc"
