@@ -37,25 +37,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class TFactoryForm : public QWidget
-{
-    Q_OBJECT
-public:
-    using QWidget::QWidget;
-};
-
 class TInvokableForm : public QWidget
 {
     Q_OBJECT
 public:
     Q_INVOKABLE explicit TInvokableForm(QWidget *parent = nullptr) : QWidget(parent) {}
-};
-
-class TUncreatableForm : public QWidget
-{
-    Q_OBJECT
-public:
-    explicit TUncreatableForm(int, QWidget *parent = nullptr) : QWidget(parent) {}
 };
 
 class TOrdersModule : public TDataModule
@@ -79,13 +65,16 @@ class TListener : public TMessageAnswer
 public:
     void Dispatch(TMessage &Message) override
     {
-        received.append(Message);
+        received.append(Message.Msg);
+        if (Message.Msg == CM_SHOWINSPECTOR)
+            focus.append(DecodeShowInspector(Message));
         if (Message.Msg == CM_EDITSTRINGSPROPERTY) {
             const TEditStringsPropertyData data = DecodeEditStringsProperty(Message);
             edited = data.PropName.toString() + u'@' + data.Component->objectName();
         }
     }
-    QList<TMessage> received;
+    QList<quint32> received;
+    QList<bool> focus;
     QString edited;
 };
 
@@ -113,11 +102,6 @@ QString MenuPattern(const QMenu &menu)
     return pattern;
 }
 
-void CallPropEditRecorder(QObject *Obj, const QString &PropName)
-{
-    Obj->setProperty("edited", PropName);
-}
-
 } // namespace
 
 class tst_Components : public QObject
@@ -125,72 +109,24 @@ class tst_Components : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void uniqueName();
-    void findUniqueName();
-    void globalFindObject();
-    void formsAndTopOwners();
     void componentNames();
+    void globalNamesAndOwners();
     void createByClass();
-    void formFont();
-    void flatButtons();
-    void tabs_data();
-    void tabs();
-    void movePages();
+    void formFontAndFlatButtons();
+    void tabPages();
     void menuSeparators_data();
     void menuSeparators();
-    void sharedSeparatorSurvives();
     void clearMenuSubItems();
     void optionForms();
-    void broadcasts();
-    void updateEditors();
-    void rects_data();
-    void rects();
-    void transparentBlit();
+    void messages();
+    void graphics();
     void fonts();
 };
 
-void tst_Components::uniqueName()
-{
-    auto form = NamedWindow(u"Form1"_s);
-    Make<QAction>(form.get(), u"N1"_s);
-    Make<QAction>(form.get(), u"n2"_s);
-    Make<QAction>(form.get(), u"N4"_s);
-    QCOMPARE(UniqueName(form.get(), u"N"_s), u"N3"_s);
-    Make<QAction>(form.get(), u"N3"_s);
-    QCOMPARE(UniqueName(form.get(), u"N"_s), u"N5"_s);
-    QCOMPARE(UniqueName(form.get(), u"Action"_s), u"Action1"_s);
-    QCOMPARE(UniqueName(nullptr, u"Base"_s), u"Base1"_s);
-    // The owners above count too: the application owns the form named Form1.
-    QCOMPARE(UniqueName(form.get(), u"Form"_s), u"Form2"_s);
-    QVERIFY(!NameIsUnique(form.get(), u"FORM1"_s));
-    QVERIFY(!NameIsUnique(form.get(), u"n4"_s));
-    QVERIFY(NameIsUnique(form.get(), u"N6"_s));
-    QVERIFY(NameIsUnique(nullptr, u"N1"_s));
-    // Within a nested root its own owner chain is searched.
-    auto *dialog = Make<QWidget>(form.get(), u"Dialog"_s);
-    dialog->setWindowFlags(Qt::Dialog);
-    Make<QAction>(dialog, u"N5"_s);
-    QCOMPARE(UniqueName(dialog, u"N"_s), u"N6"_s);
-    QCOMPARE(UniqueName(form.get(), u"N"_s), u"N5"_s);
-}
-
-void tst_Components::findUniqueName()
-{
-    auto form = NamedWindow(u"Editor"_s);
-    auto copy = NamedWindow(u"Editor_1"_s);
-    TDataModule module;
-    module.setObjectName(u"Data"_s);
-    QCOMPARE(FindGlobalComponent(u"editor"_s), form.get());
-    QCOMPARE(FindGlobalComponent(u"data"_s), &module);
-    QCOMPARE(FindGlobalComponent(QString()), nullptr);
-    QCOMPARE(FindUniqueName(u"Editor"_s), u"Editor_2"_s);
-    QCOMPARE(FindUniqueName(u"Data"_s), u"Data_1"_s);
-    QCOMPARE(FindUniqueName(u"Fresh"_s), u"Fresh"_s);
-}
-
-void tst_Components::globalFindObject()
+void tst_Components::globalNamesAndOwners()
 {
     auto main = NamedWindow(u"MainForm"_s);
+    auto copy = NamedWindow(u"MainForm_1"_s);
     QPushButton *ok = Make<QPushButton>(Make<QWidget>(main.get(), u"Panel"_s), u"OkButton"_s);
     TDataModule module;
     module.setObjectName(u"Data"_s);
@@ -200,6 +136,13 @@ void tst_Components::globalFindObject()
     twin.setObjectName(u"MainForm"_s);
     Make<QObject>(&twin, u"OkButton"_s);
 
+    QCOMPARE(FindGlobalComponent(u"mainform"_s), main.get());
+    QCOMPARE(FindGlobalComponent(u"data"_s), &module);
+    QCOMPARE(FindGlobalComponent(QString()), nullptr);
+    QCOMPARE(FindUniqueName(u"MainForm"_s), u"MainForm_2"_s);
+    QCOMPARE(FindUniqueName(u"Data"_s), u"Data_1"_s);
+    QCOMPARE(FindUniqueName(u"Fresh"_s), u"Fresh"_s);
+
     QCOMPARE(GlobalFindObject(u"mainform"_s), main.get());
     QCOMPARE(GlobalFindObject(u"MainForm.okbutton"_s), ok);
     QCOMPARE(GlobalFindObject(u"Data.Table1"_s), table);
@@ -208,10 +151,7 @@ void tst_Components::globalFindObject()
     QCOMPARE(GlobalFindObject(u"Nope.Table1"_s), nullptr);
     QCOMPARE(GlobalFindObject(u"MainForm.Panel.OkButton"_s), nullptr);
     QCOMPARE(GlobalFindObject(QString()), nullptr);
-}
 
-void tst_Components::formsAndTopOwners()
-{
     auto form = NamedWindow(u"Form1"_s);
     QWidget *panel = Make<QWidget>(form.get(), u"Panel1"_s);
     QPushButton *button = Make<QPushButton>(panel, u"Button1"_s);
@@ -220,8 +160,7 @@ void tst_Components::formsAndTopOwners()
     auto *dialog = Make<QWidget>(form.get(), u"Dialog1"_s);
     dialog->setWindowFlags(Qt::Dialog);
     QWidget *inDialog = Make<QWidget>(dialog, u"Edit1"_s);
-    TDataModule module;
-    QObject *table = Make<QObject>(Make<QObject>(&module, u"Connection"_s), u"Table1"_s);
+    QObject *connection = Make<QObject>(Make<QObject>(&module, u"Connection"_s), u"Link1"_s);
     auto *moduleInForm = new TDataModule(panel);
     QObject *timer = Make<QObject>(moduleInForm, u"Timer1"_s);
 
@@ -230,11 +169,11 @@ void tst_Components::formsAndTopOwners()
     QCOMPARE(GetPForm(action), form.get());
     QCOMPARE(GetPForm(menu), form.get());
     QCOMPARE(GetPForm(inDialog), dialog);
-    QCOMPARE(GetPForm(table), nullptr);
+    QCOMPARE(GetPForm(connection), nullptr);
     QCOMPARE(GetPForm(timer), form.get());
     QCOMPARE(GetPForm(nullptr), nullptr);
 
-    QCOMPARE(GetTopOwner(table), &module);
+    QCOMPARE(GetTopOwner(connection), &module);
     QCOMPARE(GetTopOwner(&module), &module);
     QCOMPARE(GetTopOwner(timer), moduleInForm);
     QCOMPARE(GetTopOwner(button), form.get());
@@ -242,13 +181,31 @@ void tst_Components::formsAndTopOwners()
     QObject loose;
     QCOMPARE(GetTopOwner(&loose), nullptr);
 
-    QVERIFY(ScreenFormCount() >= 2);
-    QVERIFY(Screen().FormList().contains(ScreenForms(0)));
+    QCOMPARE(ScreenFormCount(), Screen().FormList().size());
+    QCOMPARE(ScreenForms(1), Screen().FormList().at(1));
 }
 
 void tst_Components::componentNames()
 {
     auto form = NamedWindow(u"Form1"_s);
+    Make<QAction>(form.get(), u"N1"_s);
+    Make<QAction>(form.get(), u"n2"_s);
+    Make<QAction>(form.get(), u"N4"_s);
+    QCOMPARE(UniqueName(form.get(), u"N"_s), u"N3"_s);
+    QCOMPARE(UniqueName(nullptr, u"Base"_s), u"Base1"_s);
+    // The owners above count too: the application owns the form named Form1.
+    QCOMPARE(UniqueName(form.get(), u"Form"_s), u"Form2"_s);
+    QVERIFY(!NameIsUnique(form.get(), u"FORM1"_s));
+    QVERIFY(!NameIsUnique(form.get(), u"n4"_s));
+    QVERIFY(NameIsUnique(form.get(), u"N6"_s));
+    QVERIFY(NameIsUnique(nullptr, u"N1"_s));
+    // Within a nested root its own owner chain is searched; the form does not see into it.
+    auto *dialog = Make<QWidget>(form.get(), u"Dialog"_s);
+    dialog->setWindowFlags(Qt::Dialog);
+    Make<QAction>(dialog, u"N3"_s);
+    QCOMPARE(UniqueName(dialog, u"N"_s), u"N5"_s);
+    QCOMPARE(UniqueName(form.get(), u"N"_s), u"N3"_s);
+
     QPushButton *ok = Make<QPushButton>(form.get(), u"OkButton"_s);
     QCOMPARE(BuildCompName(ok), u"OkButton: QPushButton"_s);
     QCOMPARE(BuildCompName(ok, u"Other"_s), u"Other: QPushButton"_s);
@@ -283,18 +240,18 @@ void tst_Components::componentNames()
 
 void tst_Components::createByClass()
 {
-    RegisterClass(&TFactoryForm::staticMetaObject, [](QObject *) -> QObject * {
-        auto *form = new TFactoryForm;
+    // A registered class is made by its factory, which builds the form's contents.
+    RegisterClass(&QTabWidget::staticMetaObject, [](QObject *) -> QObject * {
+        auto *form = new QTabWidget;
         form->setObjectName(u"FromFactory"_s);
         return form;
     });
-    std::unique_ptr<QWidget> made(CreateFormWithClass(&TFactoryForm::staticMetaObject));
+    std::unique_ptr<QWidget> made(CreateFormWithClass(&QTabWidget::staticMetaObject));
     QCOMPARE(made->objectName(), u"FromFactory"_s);
-    QVERIFY(made->isWindow());
+    UnRegisterClass(&QTabWidget::staticMetaObject);
 
     std::unique_ptr<QWidget> invokable(CreateFormWithClass(&TInvokableForm::staticMetaObject));
     QVERIFY(qobject_cast<TInvokableForm *>(invokable.get()));
-    QVERIFY(invokable->isWindow());
     QCOMPARE(FindFormWithClass(&TInvokableForm::staticMetaObject), invokable.get());
     QCOMPARE(FindOrCreateFormWithClass(&TInvokableForm::staticMetaObject), invokable.get());
     QCOMPARE(FindFormWithClass(&QMainWindow::staticMetaObject), nullptr);
@@ -303,11 +260,12 @@ void tst_Components::createByClass()
     QCOMPARE(plain->metaObject(), &QWidget::staticMetaObject);
     std::unique_ptr<QWidget> none(CreateFormWithClass(nullptr));
     QCOMPARE(none->metaObject(), &QWidget::staticMetaObject);
+    // Neither registered nor with an invokable constructor.
     try {
-        CreateFormWithClass(&TUncreatableForm::staticMetaObject);
+        CreateFormWithClass(&QPushButton::staticMetaObject);
         QFAIL("a class without a way to make it must raise");
     } catch (const Exception &e) {
-        QVERIFY2(e.Message().contains(u"TUncreatableForm"_s), qPrintable(e.Message()));
+        QVERIFY2(e.Message().contains(u"QPushButton"_s), qPrintable(e.Message()));
     }
 
     std::unique_ptr<QObject> orders(CreateDataModuleWithClass(&TOrdersModule::staticMetaObject));
@@ -316,10 +274,9 @@ void tst_Components::createByClass()
     QCOMPARE(orders->parent(), nullptr);
     std::unique_ptr<QObject> module(CreateDataModuleWithClass(&QWidget::staticMetaObject));
     QCOMPARE(module->metaObject(), &TDataModule::staticMetaObject);
-    UnRegisterClass(&TFactoryForm::staticMetaObject);
 }
 
-void tst_Components::formFont()
+void tst_Components::formFontAndFlatButtons()
 {
     auto form = NamedWindow(u"Form"_s);
     SetFormFont(form.get());
@@ -343,66 +300,42 @@ void tst_Components::formFont()
     SetFormFont(&main);
     QCOMPARE(main.font(), big);
     SetFormFont(nullptr);
-}
 
-void tst_Components::flatButtons()
-{
-    auto form = NamedWindow(u"Form"_s);
     auto *a = Make<QToolButton>(Make<QWidget>(form.get(), u"Bar"_s), u"A"_s);
     auto *b = Make<QToolButton>(form.get(), u"B"_s);
-    auto other = NamedWindow(u"Other"_s);
-    auto *c = Make<QToolButton>(other.get(), u"C"_s);
+    auto *c = Make<QToolButton>(own.get(), u"C"_s);
     SetFlatPropToAll(form.get(), true);
     QVERIFY(a->autoRaise());
     QVERIFY(b->autoRaise());
     QVERIFY(!c->autoRaise());
-    SetFlatProp({a, nullptr, c}, false);
+    SetFlatProp({a, nullptr}, false);
     QVERIFY(!a->autoRaise());
-    QVERIFY(b->autoRaise());
-    QVERIFY(!c->autoRaise());
 }
 
-void tst_Components::tabs_data()
+void tst_Components::tabPages()
 {
-    QTest::addColumn<int>("current");
-    QTest::addColumn<bool>("forward");
-    QTest::addColumn<int>("expected");
-
-    // Tabs 0..4; 1 is disabled and 3 hidden.
-    QTest::newRow("forward over disabled") << 0 << true << 2;
-    QTest::newRow("forward over hidden") << 2 << true << 4;
-    QTest::newRow("forward wraps") << 4 << true << 0;
-    QTest::newRow("backward wraps") << 0 << false << 4;
-    QTest::newRow("backward over hidden and disabled") << 4 << false << 2;
-}
-
-void tst_Components::tabs()
-{
-    QFETCH(int, current);
-    QFETCH(bool, forward);
-    QFETCH(int, expected);
     QTabWidget tabs;
     for (int i = 0; i < 5; ++i)
         tabs.addTab(new QWidget, QString::number(i));
     tabs.setTabEnabled(1, false);
     tabs.setTabVisible(3, false);
-    tabs.setCurrentIndex(current);
-    QVERIFY(ChangeTab(&tabs, forward));
-    QCOMPARE(tabs.currentIndex(), expected);
-    QCOMPARE(tabs.tabBar()->currentIndex(), expected);
-    QTabBar *bar = tabs.tabBar();
-    bar->setCurrentIndex(current);
-    QVERIFY(ChangeTab(bar, forward));
-    QCOMPARE(bar->currentIndex(), expected);
+    // From, forward, to: over the disabled tab 1 and the hidden tab 3, wrapping at both ends.
+    const std::tuple<int, bool, int> moves[] = {{0, true, 2}, {2, true, 4}, {4, true, 0},
+                                                {0, false, 4}, {4, false, 2}};
+    for (const auto &[current, forward, expected] : moves) {
+        tabs.setCurrentIndex(current);
+        QVERIFY(ChangeTab(&tabs, forward));
+        QCOMPARE(tabs.currentIndex(), expected);
+        tabs.tabBar()->setCurrentIndex(current);
+        QVERIFY(ChangeTab(tabs.tabBar(), forward));
+        QCOMPARE(tabs.tabBar()->currentIndex(), expected);
+    }
 
     QTabWidget single;
     single.addTab(new QWidget, u"only"_s);
-    QVERIFY(!ChangeTab(&single, forward));
-    QVERIFY(!ChangeTab(static_cast<QTabWidget *>(nullptr), forward));
-}
+    QVERIFY(!ChangeTab(&single, true));
+    QVERIFY(!ChangeTab(static_cast<QTabWidget *>(nullptr), false));
 
-void tst_Components::movePages()
-{
     auto form = NamedWindow(u"Form"_s);
     auto *source = Make<QTabWidget>(form.get(), u"Source"_s);
     auto *dest = Make<QTabWidget>(form.get(), u"Dest"_s);
@@ -416,7 +349,6 @@ void tst_Components::movePages()
     source->setTabEnabled(0, false);
 
     MovePages(source, dest);
-    QCOMPARE(source->count(), 0);
     QCOMPARE(dest->count(), 3);
     QCOMPARE(dest->widget(0), existing);
     QCOMPARE(dest->widget(1), first);
@@ -424,7 +356,6 @@ void tst_Components::movePages()
     QCOMPARE(dest->tabText(1), u"First"_s);
     QCOMPARE(dest->tabToolTip(2), u"tip"_s);
     QVERIFY(!dest->isTabEnabled(1));
-    QCOMPARE(first->parentWidget()->parentWidget(), dest);
 }
 
 void tst_Components::menuSeparators_data()
@@ -436,8 +367,6 @@ void tst_Components::menuSeparators_data()
     QTest::newRow("run of three") << "a---b" << "a-b";
     QTest::newRow("only separators") << "---" << "";
     QTest::newRow("nothing to do") << "a-b" << "a-b";
-    QTest::newRow("no separators") << "ab" << "ab";
-    QTest::newRow("empty") << "" << "";
 }
 
 void tst_Components::menuSeparators()
@@ -468,20 +397,6 @@ void tst_Components::menuSeparators()
     RemoveExtraMenuSeparators(sub->menuAction());
     QCOMPARE(MenuPattern(*sub), u"x"_s);
     RemoveExtraMenuSeparators(static_cast<QAction *>(nullptr));
-}
-
-void tst_Components::sharedSeparatorSurvives()
-{
-    QMenu menu;
-    QMenu other;
-    QAction *shared = menu.addSeparator();
-    other.addAction(shared);
-    menu.addAction(u"a"_s);
-    QPointer<QAction> guard(shared);
-    RemoveExtraMenuSeparators(&menu);
-    QCOMPARE(MenuPattern(menu), u"a"_s);
-    QVERIFY(guard);
-    QCOMPARE(other.actions(), QList<QAction *>{shared});
 }
 
 void tst_Components::clearMenuSubItems()
@@ -515,6 +430,15 @@ void tst_Components::clearMenuSubItems()
     QVERIFY(!file->menuAction()->isEnabled());
     ClearMenuSubItems(static_cast<QAction *>(nullptr), true);
     ClearMenuSubItems(static_cast<QMenu *>(nullptr), true);
+
+    // A separator that another menu shows too is taken out but not deleted.
+    QMenu menu;
+    QAction *sharedSeparator = menu.addSeparator();
+    elsewhere.addAction(sharedSeparator);
+    menu.addAction(u"a"_s);
+    RemoveExtraMenuSeparators(&menu);
+    QCOMPARE(MenuPattern(menu), u"a"_s);
+    QCOMPARE(elsewhere.actions(), (QList<QAction *>{shared, sharedSeparator}));
 }
 
 void tst_Components::optionForms()
@@ -532,29 +456,27 @@ void tst_Components::optionForms()
 
     const auto order = [] {
         QList<const QMetaObject *> classes;
-        QStringList keys;
-        for (const TOptionFormClass &item : OptionFormClasses()) {
+        for (const TOptionFormClass &item : OptionFormClasses())
             classes.append(item.Class);
-            keys.append(item.Key);
-        }
-        return std::pair(classes, keys);
+        return classes;
     };
-    QCOMPARE(order().first, (QList<const QMetaObject *>{b, e, a, d, c}));
-    QCOMPARE(order().second, (QStringList{u"   -1"_s, u"   -1"_s, u"   10"_s, u"   10"_s, u"  100"_s}));
+    QCOMPARE(order(), (QList<const QMetaObject *>{b, e, a, d, c}));
+    QCOMPARE(OptionFormClasses().first().Key, u"   -1"_s);
+    QCOMPARE(OptionFormClasses().last().Key, u"  100"_s);
 
     // Keys sort as text: a one-digit order comes before the right-aligned "-1".
     RegisterOptionsFormOrder(a, 5);
-    QCOMPARE(order().first, (QList<const QMetaObject *>{a, b, e, d, c}));
+    QCOMPARE(order(), (QList<const QMetaObject *>{a, b, e, d, c}));
     UnregisterOptionsForm(e);
     UnregisterOptionsForm(e);
-    QCOMPARE(order().first, (QList<const QMetaObject *>{a, b, d, c}));
+    QCOMPARE(order(), (QList<const QMetaObject *>{a, b, d, c}));
     QVERIFY_THROWS_EXCEPTION(Exception, RegisterOptionsForm(nullptr));
     for (const QMetaObject *cls : {a, b, c, d})
         UnregisterOptionsForm(cls);
     QVERIFY(OptionFormClasses().isEmpty());
 }
 
-void tst_Components::broadcasts()
+void tst_Components::messages()
 {
     TListener listener;
     ShowInspector();
@@ -565,18 +487,16 @@ void tst_Components::broadcasts()
     component.setObjectName(u"Memo1"_s);
     EditStringsProperty(&component, u"Lines"_s);
 
-    QCOMPARE(listener.received.size(), 5);
-    QCOMPARE(listener.received.at(0).Msg, CM_SHOWINSPECTOR);
-    QVERIFY(DecodeShowInspector(listener.received.at(0)));
-    QVERIFY(!DecodeShowInspector(listener.received.at(1)));
-    QCOMPARE(listener.received.at(2).Msg, CM_HIDEINSPECTOR);
-    QCOMPARE(listener.received.at(3).Msg, CM_TOGGLEINSPECTOR);
+    const QList<quint32> sent{CM_SHOWINSPECTOR, CM_SHOWINSPECTOR, CM_HIDEINSPECTOR, CM_TOGGLEINSPECTOR,
+                              CM_EDITSTRINGSPROPERTY};
+    QCOMPARE(listener.received, sent);
+    QCOMPARE(listener.focus, (QList<bool>{true, false}));
     QCOMPARE(listener.edited, u"Lines@Memo1"_s);
 
     CallPropEditProc = nullptr;
     CallPropertyEdit(&component, u"Lines"_s);
     QVERIFY(!component.property("edited").isValid());
-    CallPropEditProc = &CallPropEditRecorder;
+    CallPropEditProc = [](QObject *obj, const QString &propName) { obj->setProperty("edited", propName); };
     CallPropertyEdit(&component, u"SelectedColor"_s);
     QCOMPARE(component.property("edited").toString(), u"SelectedColor"_s);
     CallPropEditProc = nullptr;
@@ -585,10 +505,7 @@ void tst_Components::broadcasts()
     QVERIFY(ComponentState(&component).testFlag(csDesigning));
     SetDesign(&component, false);
     QVERIFY(!ComponentState(&component).testFlag(csDesigning));
-}
 
-void tst_Components::updateEditors()
-{
     QWidget panel;
     auto *first = new TEditor(&panel);
     auto *plain = new QWidget(&panel);
@@ -605,37 +522,22 @@ void tst_Components::updateEditors()
     UpdateEditors(nullptr);
 }
 
-void tst_Components::rects_data()
+void tst_Components::graphics()
 {
-    QTest::addColumn<int>("horz");
-    QTest::addColumn<int>("vert");
-    QTest::addColumn<QRect>("aligned");
-
     const QRect r(5, 6, 20, 10);
-    QTest::newRow("none") << int(haNone) << int(vaNone) << r;
-    QTest::newRow("left top") << int(haLeft) << int(vaLeft) << QRect(100, 200, 20, 10);
-    QTest::newRow("center") << int(haCenter) << int(vaCenter) << QRect(140, 245, 20, 10);
-    QTest::newRow("right bottom") << int(haRight) << int(vaRight) << QRect(180, 290, 20, 10);
-    QTest::newRow("right, keep y") << int(haRight) << int(vaNone) << QRect(180, 6, 20, 10);
-}
-
-void tst_Components::rects()
-{
-    QFETCH(int, horz);
-    QFETCH(int, vert);
-    QFETCH(QRect, aligned);
     const QRect bounds(100, 200, 100, 100);
-    QCOMPARE(AlignRectByRect(QRect(5, 6, 20, 10), bounds, THorzAlignment(horz), TVertAlignment(vert)), aligned);
+    QCOMPARE(AlignRectByRect(r, bounds, haNone, vaNone), r);
+    QCOMPARE(AlignRectByRect(r, bounds, haLeft, vaLeft), QRect(100, 200, 20, 10));
+    QCOMPARE(AlignRectByRect(r, bounds, haCenter, vaCenter), QRect(140, 245, 20, 10));
+    QCOMPARE(AlignRectByRect(r, bounds, haRight, vaRight), QRect(180, 290, 20, 10));
+    QCOMPARE(AlignRectByRect(r, bounds, haRight, vaNone), QRect(180, 6, 20, 10));
 
     QCOMPARE(CorrectRectByRect(QRect(190, 250, 20, 10), bounds), QRect(180, 250, 20, 10));
     QCOMPARE(CorrectRectByRect(QRect(50, 150, 20, 10), bounds), QRect(100, 200, 20, 10));
     QCOMPARE(CorrectRectByRect(QRect(150, 295, 20, 10), bounds), QRect(150, 290, 20, 10));
     // Larger than the bounds: the left and top edges win.
     QCOMPARE(CorrectRectByRect(QRect(0, 0, 300, 300), bounds), QRect(100, 200, 300, 300));
-}
 
-void tst_Components::transparentBlit()
-{
     QImage source(2, 2, QImage::Format_RGB32);
     source.fill(Qt::blue);
     source.setPixelColor(0, 1, Qt::red); // left bottom: the transparent colour

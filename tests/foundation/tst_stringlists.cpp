@@ -36,10 +36,8 @@ class tst_StringLists : public QObject
 private Q_SLOTS:
     void findInStrings_data();
     void findInStrings();
-    void findNothingLeavesPos();
     void findFirstAndNext();
-    void setOperations();
-    void nameValueParts();
+    void listOperations();
     void changeParams_data();
     void changeParams();
     void changeParamsInFile();
@@ -67,6 +65,7 @@ void tst_StringLists::findInStrings_data()
     QTest::newRow("forward, line shorter than Pos.X") << "beta" << none << QPoint(30, 0) << true << QPoint(1, 2);
     QTest::newRow("forward, whole word skips betamax") << "beta" << whole << QPoint(1, 3) << true << QPoint(9, 3);
     QTest::newRow("forward, whole word alpha") << "alpha" << whole << QPoint(1, 0) << true << QPoint(1, 0);
+    QTest::newRow("forward, whole word at a word's end") << "a" << whole << QPoint(1, 0) << false << QPoint(1, 4);
     QTest::newRow("forward, alphabet is no whole alpha") << "alpha" << whole << QPoint(2, 0) << false << QPoint(1, 4);
     QTest::newRow("forward, trailing blanks are not searched") << "gamma " << none << QPoint(1, 0) << false << QPoint(1, 4);
     QTest::newRow("forward, runs off the end") << "zeta" << none << QPoint(1, 0) << false << QPoint(1, 4);
@@ -80,7 +79,7 @@ void tst_StringLists::findInStrings_data()
     QTest::newRow("back, whole word skips betamax") << "beta" << backWhole << QPoint(8, 3) << true << QPoint(7, 0);
     QTest::newRow("back, ignoring case") << "beta" << TSearchParams(spBackSearch) << QPoint(0, 3) << true << QPoint(1, 2);
     QTest::newRow("back, runs off the beginning") << "zeta" << back << QPoint(5, 3) << false << QPoint(0, -1);
-    QTest::newRow("back, line below the list") << "beta" << back << QPoint(1, 9) << true << QPoint(9, 3);
+    QTest::newRow("back, line just below the list") << "beta" << back << QPoint(1, 4) << true << QPoint(9, 3);
 }
 
 void tst_StringLists::findInStrings()
@@ -94,15 +93,6 @@ void tst_StringLists::findInStrings()
     QPoint pos = start;
     QCOMPARE(FindInStringsEx(pattern, Lines, params, TCharSet(u" .,;"), pos), found);
     QCOMPARE(pos, end);
-}
-
-void tst_StringLists::findNothingLeavesPos()
-{
-    QPoint pos(3, 1);
-    QVERIFY(!FindInStringsEx(QString(), Lines, {}, TCharSet(), pos));
-    QCOMPARE(pos, QPoint(3, 1));
-    QVERIFY(!FindInStringsEx(u"a"_s, QStringList(), {}, TCharSet(), pos));
-    QCOMPARE(pos, QPoint(3, 1));
 }
 
 void tst_StringLists::findFirstAndNext()
@@ -123,9 +113,15 @@ void tst_StringLists::findFirstAndNext()
 
     QVERIFY(!FindFirstInStrings(u"A"_s, Lines, true, pos));
     QVERIFY(FindFirstInStrings(u"A"_s, Lines, false, pos));
+
+    // Nothing to search for or in: Pos stays.
+    pos = QPoint(3, 1);
+    QVERIFY(!FindInStringsEx(QString(), Lines, {}, TCharSet(), pos));
+    QVERIFY(!FindInStringsEx(u"a"_s, QStringList(), {}, TCharSet(), pos));
+    QCOMPARE(pos, QPoint(3, 1));
 }
 
-void tst_StringLists::setOperations()
+void tst_StringLists::listOperations()
 {
     QStringList a{u"One"_s, u"two"_s, u"one"_s, u"three"_s};
     QCOMPARE(RemoveFromStrings(a, u"ONE"_s), 0);
@@ -153,14 +149,11 @@ void tst_StringLists::setOperations()
     QStringList holes{QString(), u"a"_s, QString(), u" "_s};
     RemoveEmptyStrings(holes);
     QCOMPARE(holes, (QStringList{u"a"_s, u" "_s}));
-}
 
-void tst_StringLists::nameValueParts()
-{
     const QStringList lines{u"Name=Value"_s, u"Path=a=b"_s, u"bare"_s, u"=v"_s};
-    QStringList names = lines;
-    NamePartToStrings(names);
-    QCOMPARE(names, (QStringList{u"Name"_s, u"Path"_s, u"bare"_s, QString()}));
+    QStringList nameParts = lines;
+    NamePartToStrings(nameParts);
+    QCOMPARE(nameParts, (QStringList{u"Name"_s, u"Path"_s, u"bare"_s, QString()}));
     QStringList values = lines;
     ValuePartToStrings(values);
     QCOMPARE(values, (QStringList{u"Value"_s, u"a=b"_s, QString(), u"v"_s}));
@@ -188,6 +181,7 @@ void tst_StringLists::changeParams_data()
     QTest::newRow("first line of a name wins") << "%DUP%" << "%" << "first";
     QTest::newRow("other delimiter") << "$NAME$ %NAME%" << "$" << "World %NAME%";
     QTest::newRow("unclosed") << "%NAME" << "%" << "%NAME";
+    QTest::newRow("empty delimiter") << "%NAME%" << "" << "%NAME%";
 }
 
 void tst_StringLists::changeParams()
@@ -199,7 +193,10 @@ void tst_StringLists::changeParams()
     QCOMPARE(ChangeParamsEx(text, params, delim), expected);
 
     QStringList lines{text, text};
-    ChangeParamsInStringsEx(lines, params, delim);
+    if (delim == u"%"_s)
+        ChangeParamsInStrings(lines, params);
+    else
+        ChangeParamsInStringsEx(lines, params, delim);
     QCOMPARE(lines, (QStringList{expected, expected}));
 }
 
