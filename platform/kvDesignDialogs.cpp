@@ -14,6 +14,7 @@
 #include <QFontDialog>
 #include <QImageReader>
 #include <QLabel>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QString>
@@ -180,6 +181,58 @@ bool ExecutePictureDialog(QString &FileName)
         return false;
     FileName = chosen;
     return true;
+}
+
+TMessageBoxHook SetMessageBoxHook(TMessageBoxHook Hook)
+{
+    return std::exchange(HookOf<TMessageBoxHook>(), std::move(Hook));
+}
+
+int MessageBox(const QString &Text, const QString &Caption, TMsgDlgType Type, TMsgDlgButtons Buttons)
+{
+    if (const TMessageBoxHook &hook = HookOf<TMessageBoxHook>())
+        return hook(Text, Caption, Type, Buttons);
+    if (!CanShowDialogs())
+        return mrCancel;
+    static constexpr struct {
+        TMsgDlgBtn Button;
+        QMessageBox::StandardButton Qt;
+        TModalResult Result;
+    } buttons[] = {
+        {mbYes, QMessageBox::Yes, mrYes}, {mbNo, QMessageBox::No, mrNo}, {mbOK, QMessageBox::Ok, mrOk},
+        {mbCancel, QMessageBox::Cancel, mrCancel}, {mbAbort, QMessageBox::Abort, mrAbort},
+        {mbRetry, QMessageBox::Retry, mrRetry}, {mbIgnore, QMessageBox::Ignore, mrIgnore},
+        {mbAll, QMessageBox::YesAll, mrAll}, {mbNoToAll, QMessageBox::NoToAll, mrNoToAll},
+        {mbYesToAll, QMessageBox::YesToAll, mrYesToAll}, {mbHelp, QMessageBox::Help, mrNone},
+    };
+    static constexpr QMessageBox::Icon icons[] = {QMessageBox::Warning, QMessageBox::Critical,
+                                                  QMessageBox::Information, QMessageBox::Question,
+                                                  QMessageBox::NoIcon};
+    QMessageBox box(icons[Type], Caption, Text, QMessageBox::NoButton, DialogOwner());
+    for (const auto &b : buttons) {
+        if (Buttons & b.Button)
+            box.addButton(b.Qt);
+    }
+    if (box.buttons().isEmpty())
+        box.addButton(QMessageBox::Ok);
+    const int chosen = box.exec();
+    for (const auto &b : buttons) {
+        if (chosen == b.Qt)
+            return b.Result;
+    }
+    return mrCancel;
+}
+
+TModalDialogHook SetModalDialogHook(TModalDialogHook Hook)
+{
+    return std::exchange(HookOf<TModalDialogHook>(), std::move(Hook));
+}
+
+int ExecuteModal(QDialog &Dialog)
+{
+    if (const TModalDialogHook &hook = HookOf<TModalDialogHook>())
+        return hook(Dialog);
+    return Dialog.exec();
 }
 
 } // namespace kv

@@ -9,6 +9,7 @@
 #include <functional>
 
 class QColor;
+class QDialog;
 class QFont;
 class QString;
 #include <QtContainerFwd>
@@ -31,5 +32,26 @@ KV_EXPORT bool ExecuteFontDialog(QFont &Font);
 KV_EXPORT bool ExecuteColorDialog(QColor &Color);
 KV_EXPORT bool ExecuteStringListDialog(QStringList &Lines, const QString &Caption);
 KV_EXPORT bool ExecutePictureDialog(QString &FileName);
+
+// Message boxes, with the platform's kinds, buttons and results.
+enum TMsgDlgType { mtWarning, mtError, mtInformation, mtConfirmation, mtCustom };
+enum TMsgDlgBtn {
+    mbYes = 0x1, mbNo = 0x2, mbOK = 0x4, mbCancel = 0x8, mbAbort = 0x10, mbRetry = 0x20,
+    mbIgnore = 0x40, mbAll = 0x80, mbNoToAll = 0x100, mbYesToAll = 0x200, mbHelp = 0x400
+};
+using TMsgDlgButtons = int; // an or of TMsgDlgBtn
+enum TModalResult { mrNone = 0, mrOk, mrCancel, mrAbort, mrRetry, mrIgnore, mrYes, mrNo, mrAll, mrNoToAll, mrYesToAll };
+
+using TMessageBoxHook = std::function<int(const QString &Text, const QString &Caption, TMsgDlgType Type, TMsgDlgButtons Buttons)>;
+KV_EXPORT TMessageBoxHook SetMessageBoxHook(TMessageBoxHook Hook);
+// Shows Text modally and returns the TModalResult of the button chosen; mrCancel when the box
+// is closed otherwise, or when there is no widget application to show it in.
+KV_EXPORT int MessageBox(const QString &Text, const QString &Caption, TMsgDlgType Type, TMsgDlgButtons Buttons);
+
+// Runs one of our modal dialogs and returns its result (QDialog::exec by default). Tests
+// install a hook that answers for the user, so that nothing blocks.
+using TModalDialogHook = std::function<int(QDialog &Dialog)>;
+KV_EXPORT TModalDialogHook SetModalDialogHook(TModalDialogHook Hook);
+KV_EXPORT int ExecuteModal(QDialog &Dialog);
 
 } // namespace kv
