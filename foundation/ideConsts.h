@@ -86,6 +86,41 @@ inline constexpr char SKindStringList[] = "string list";
 inline constexpr char SStringListEditor[] = "String list editor";
 inline constexpr char SStringListEditing[] = "Editing %1 (%2 lines)";
 
+// Component streams (binary form)
+inline constexpr char SInvalidStreamFormat[] = "Invalid stream format";
+inline constexpr char SReadError[] = "Stream read error";
+inline constexpr char SWriteError[] = "Stream write error";
+inline constexpr char SInvalidResourceHeader[] = "Invalid resource header";
+inline constexpr char SUnknownProperty[] = "Property %1 does not exist";
+inline constexpr char SPropertyException[] = "Error reading %1%2%3: %4";
+inline constexpr char SInvalidPropertyPath[] = "Invalid property path";
+inline constexpr char SInvalidPropertyType[] = "Invalid property type: %1";
+inline constexpr char SReadOnlyStreamProperty[] = "Property %1 can't be read: it is read-only";
+inline constexpr char SUnknownEventHandler[] = "Handler %1 of event %2 not found";
+inline constexpr char SUnresolvedReference[] = "Reference %1 of %2 can't be resolved";
+inline constexpr char SAncestorNotFound[] = "Ancestor for '%1' not found";
+inline constexpr char SStreamNesting[] = "Component streams nest too deeply";
+inline constexpr char SUnwritableValue[] = "Property %1 of type %2 can't be written";
+// Component streams (text form)
+inline constexpr char SObjStreamEnds[] = "Invalid stream format: the stream ends at offset %1";
+inline constexpr char SObjStreamBadValue[] = "Invalid stream format: unknown value type %1 at offset %2";
+inline constexpr char SObjStreamBadFlags[] = "Invalid stream format: unknown object flags %1 at offset %2";
+inline constexpr char SObjStreamBadLength[] = "Invalid stream format: length %1 at offset %2 exceeds the %3 bytes left";
+inline constexpr char SObjStreamBadName[] = "Invalid stream format: '%1' at offset %2 is not a valid name";
+inline constexpr char SObjStreamTooDeep[] = "Invalid stream format: nesting deeper than %1 levels at offset %2";
+inline constexpr char SParseExpected[] = "Line %1: %2 expected";
+inline constexpr char SParseIdentExpected[] = "Line %1: Identifier expected";
+inline constexpr char SParseValueExpected[] = "Line %1: Property value expected";
+inline constexpr char SParseStringExpected[] = "Line %1: String expected";
+inline constexpr char SParseIntegerExpected[] = "Line %1: Integer expected";
+inline constexpr char SParseUnterminatedString[] = "Line %1: Unterminated string";
+inline constexpr char SParseBadBinary[] = "Line %1: Invalid binary data";
+inline constexpr char SParseBadNumber[] = "Line %1: Invalid number %2";
+inline constexpr char SParseNumberRange[] = "Line %1: Number %2 is out of range";
+inline constexpr char SParseNameTooLong[] = "Line %1: Name %2 is longer than 255 characters";
+inline constexpr char SParseNullInList[] = "Line %1: Null can't be an item of a list";
+inline constexpr char SParseTooDeep[] = "Line %1: Nesting deeper than %2 levels";
+
 // Tree sources
 inline constexpr char SErrNotTreeSource[] = "Class %1 is not a tree source";
 

@@ -5,6 +5,7 @@
 #include "platform/kvColor.h"
 #include "platform/kvDesignDialogs.h"
 #include "platform/kvException.h"
+#include "platform/kvPropEdits_types_p.h"
 #include "platform/kvPropertyRegistry.h"
 
 #include <QBitmap>
@@ -589,7 +590,9 @@ void SetFontStyles(QVariant &Whole, int Styles)
     ChangeFont(Whole, &QFont::strikeOut, &QFont::setStrikeOut, bool(Styles & 8));
 }
 
-const QList<TValuePart> &FontParts()
+} // namespace
+
+const QList<TValuePart> &detail::FontParts()
 {
     static const QList<TValuePart> parts = {
         {"Name", QMetaType::fromType<QString>(), [](const QVariant &w) { return QVariant(FontOf(w).family()); },
@@ -625,6 +628,8 @@ const QList<TValuePart> &FontParts()
     };
     return parts;
 }
+
+namespace {
 
 // Changes the part of a value of type T that Change names.
 template <typename T, typename TChange>
@@ -789,7 +794,9 @@ const QList<TValuePart> &SizePolicyParts()
     return parts;
 }
 
-const QList<TValuePart> *ValueClassParts(QMetaType Type)
+} // namespace
+
+const QList<TValuePart> *detail::ValueClassParts(QMetaType Type)
 {
     switch (Type.id()) {
     case QMetaType::QSize:
@@ -815,8 +822,6 @@ const QList<TValuePart> *ValueClassParts(QMetaType Type)
         return &MarginsFParts();
     return nullptr;
 }
-
-} // namespace
 
 // TColorProperty ------------------------------------------------------------------------------
 
@@ -899,7 +904,7 @@ QString TFontProperty::GetValue() const
 
 void TFontProperty::GetProperties(const TGetPropEditProc &Proc) const
 {
-    GetPartProperties(FontParts(), Proc);
+    GetPartProperties(detail::FontParts(), Proc);
 }
 
 void TFontProperty::Edit()
@@ -1149,7 +1154,7 @@ void TValueClassProperty::SetValue(const QString &Value)
 
 void TValueClassProperty::GetProperties(const TGetPropEditProc &Proc) const
 {
-    if (const QList<TValuePart> *parts = ValueClassParts(GetPropType()->MetaType))
+    if (const QList<TValuePart> *parts = detail::ValueClassParts(GetPropType()->MetaType))
         GetPartProperties(*parts, Proc);
 }
 

@@ -99,24 +99,13 @@ TClassPropInfos::TClassPropInfos(const QMetaObject *Class)
         m_properties.push_back(std::make_shared<TQtPropInfo>(property));
     }
 
-    // Public signals, without the clones that default arguments make.
-    QHash<QByteArray, int> nameCount;
-    QList<QMetaMethod> signalList;
-    for (int i = 0; i < Class->methodCount(); ++i) {
-        const QMetaMethod method = Class->method(i);
-        if (method.methodType() != QMetaMethod::Signal || method.access() != QMetaMethod::Public
-            || (method.attributes() & QMetaMethod::Cloned))
-            continue;
-        signalList.append(method);
-        ++nameCount[method.name()];
-    }
+    const QList<TPublicSignal> signalList = PublicSignals(Class);
     m_signals.reserve(size_t(signalList.size()));
-    for (const QMetaMethod &method : std::as_const(signalList)) {
-        const QString name = nameCount.value(method.name()) > 1
-                                 ? QString::fromLatin1(method.methodSignature())
-                                 : QString::fromLatin1(method.name());
+    for (const TPublicSignal &signal : signalList) {
+        const QString name = signal.Overloaded ? QString::fromLatin1(signal.Signal.methodSignature())
+                                               : QString::fromLatin1(signal.Signal.name());
         m_signalIndex.insert(name, int(m_signals.size()));
-        m_signals.push_back(std::make_shared<TSignalInfo>(name, method));
+        m_signals.push_back(std::make_shared<TSignalInfo>(name, signal.Signal));
     }
 }
 

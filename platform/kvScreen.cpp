@@ -75,7 +75,8 @@ bool TScreen::IsFormObject(const QObject *Obj)
 
 bool TScreen::IsForm(const QWidget *Widget)
 {
-    if (!Widget || !Widget->isWindow())
+    // Widgets that never show (the streams' class prototypes) are nobody's forms.
+    if (!Widget || !Widget->isWindow() || Widget->testAttribute(Qt::WA_DontShowOnScreen))
         return false;
     switch (Widget->windowType()) {
     case Qt::Popup:

@@ -152,12 +152,8 @@ bool TTypeInfo::ValueOf(const QString &Key, qint64 &Value) const
     return false;
 }
 
-TTypeKind TypeKindOf(QMetaType Type)
+bool IsIntegerMetaType(QMetaType Type)
 {
-    if (!Type.isValid())
-        return tkUnknown;
-    if (Type == QMetaType::fromType<TColor>())
-        return tkInteger;
     switch (Type.id()) {
     case QMetaType::Int:
     case QMetaType::UInt:
@@ -166,6 +162,38 @@ TTypeKind TypeKindOf(QMetaType Type)
     case QMetaType::Char:
     case QMetaType::SChar:
     case QMetaType::UChar:
+        return true;
+    default:
+        return false;
+    }
+}
+
+QList<TPublicSignal> PublicSignals(const QMetaObject *Class)
+{
+    QList<TPublicSignal> signalList;
+    if (!Class)
+        return signalList;
+    QHash<QByteArray, int> nameCount;
+    for (int i = 0; i < Class->methodCount(); ++i) {
+        const QMetaMethod method = Class->method(i);
+        if (method.methodType() != QMetaMethod::Signal || method.access() != QMetaMethod::Public
+            || (method.attributes() & QMetaMethod::Cloned))
+            continue;
+        signalList.append({method});
+        ++nameCount[method.name()];
+    }
+    for (TPublicSignal &signal : signalList)
+        signal.Overloaded = nameCount.value(signal.Signal.name()) > 1;
+    return signalList;
+}
+
+TTypeKind TypeKindOf(QMetaType Type)
+{
+    if (!Type.isValid())
+        return tkUnknown;
+    if (Type == QMetaType::fromType<TColor>() || IsIntegerMetaType(Type))
+        return tkInteger;
+    switch (Type.id()) {
     case QMetaType::QColor:
     case QMetaType::QCursor:
     case QMetaType::QKeySequence:

@@ -9,11 +9,11 @@
 
 #include <QFlags>
 #include <QList>
+#include <QMetaMethod>
 #include <QMetaType>
 #include <QString>
 
 class QMetaEnum;
-class QMetaMethod;
 class QMetaProperty;
 
 namespace kv {
@@ -135,6 +135,20 @@ KV_EXPORT PTypeInfo TypeInfoOf(const QMetaMethod &Signal);
 // A set type that Qt has no enumerator for (TFontStyles), interned by Name; Keys are its
 // elements. The first call for a name fixes the keys.
 KV_EXPORT PTypeInfo SetTypeInfo(const QString &Name, QMetaType Type, const QList<TEnumKey> &Keys);
+
+// Qt's integer types of 32 bits and less: char, short and int, signed or not.
+KV_EXPORT bool IsIntegerMetaType(QMetaType Type);
+
+// A public signal of a class, and whether another public signal of the class has its name.
+struct KV_EXPORT TPublicSignal
+{
+    QMetaMethod Signal;
+    bool Overloaded = false;
+};
+
+// The public signals of Class in declaration order, QObject's first, without the clones that
+// default arguments make.
+KV_EXPORT QList<TPublicSignal> PublicSignals(const QMetaObject *Class);
 
 template <typename T>
 PTypeInfo TypeInfo()

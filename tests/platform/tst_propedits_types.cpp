@@ -1,4 +1,5 @@
 #include "tests/platform/editortests.h"
+#include "tests/platform/testkinds.h"
 #include "platform/kvPropEdits_types.h"
 
 #include "platform/kvColor.h"
@@ -12,62 +13,6 @@
 using namespace kv;
 using namespace kv::test;
 
-// One property of every type that the editors under test handle, and a read-only one.
-class TTypesHolder : public QObject
-{
-    Q_OBJECT
-    Q_PROPERTY(kv::TColor color MEMBER m_color)
-    Q_PROPERTY(QColor qcolor MEMBER m_qcolor)
-    Q_PROPERTY(QFont font MEMBER m_font)
-    Q_PROPERTY(QCursor cursor MEMBER m_cursor)
-    Q_PROPERTY(QKeySequence shortcut MEMBER m_shortcut)
-    Q_PROPERTY(QDate date MEMBER m_date)
-    Q_PROPERTY(QTime time MEMBER m_time)
-    Q_PROPERTY(QDateTime dateTime MEMBER m_dateTime)
-    Q_PROPERTY(QStringList items MEMBER m_items)
-    Q_PROPERTY(QSize size MEMBER m_size)
-    Q_PROPERTY(QSizeF sizeF MEMBER m_sizeF)
-    Q_PROPERTY(QPoint point MEMBER m_point)
-    Q_PROPERTY(QRect rect MEMBER m_rect)
-    Q_PROPERTY(QRectF rectF MEMBER m_rectF)
-    Q_PROPERTY(QMargins margins MEMBER m_margins)
-    Q_PROPERTY(QSizePolicy sizePolicy MEMBER m_sizePolicy)
-    Q_PROPERTY(QPixmap pixmap READ pixmap WRITE setPixmap)
-    Q_PROPERTY(QImage image MEMBER m_image)
-    Q_PROPERTY(QColor fixedColor READ fixedColor)
-
-public:
-    // Values that no test row uses, so that writing a row's text has something to change.
-    TTypesHolder()
-    {
-        setObjectName(QStringLiteral("holder"));
-        m_font.setPointSizeF(10.5);
-        m_font.setWeight(QFont::DemiBold);
-        m_sizePolicy.setHeightForWidth(true);
-    }
-    QPixmap pixmap() const { return m_pixmap; }
-    void setPixmap(const QPixmap &Pixmap) { m_pixmap = Pixmap; }
-    QColor fixedColor() const { return Qt::blue; }
-
-    TColor m_color = clBtnFace;
-    QColor m_qcolor = QColor(7, 7, 7);
-    QFont m_font;
-    QCursor m_cursor = QCursor(Qt::CrossCursor);
-    QKeySequence m_shortcut = QKeySequence(QStringLiteral("Alt+Q"));
-    QDate m_date = QDate(1999, 9, 9);
-    QTime m_time = QTime(9, 9, 9);
-    QDateTime m_dateTime = QDateTime(QDate(1999, 9, 9), QTime(9, 9, 9));
-    QStringList m_items = {QStringLiteral("seed")};
-    QSize m_size = QSize(9, 9);
-    QSizeF m_sizeF = QSizeF(9.5, 9.5);
-    QPoint m_point = QPoint(9, 9);
-    QRect m_rect = QRect(9, 9, 9, 9);
-    QRectF m_rectF = QRectF(9.5, 9.5, 9.5, 9.5);
-    QMargins m_margins = QMargins(9, 9, 9, 9);
-    QSizePolicy m_sizePolicy = QSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
-    QPixmap m_pixmap;
-    QImage m_image;
-};
 
 namespace {
 

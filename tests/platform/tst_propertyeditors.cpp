@@ -5,6 +5,7 @@
 #include "platform/kvPropAliases.h"
 #include "platform/kvPropEdits.h"
 #include "tests/platform/editortests.h"
+#include "tests/platform/testkinds.h"
 #include "tests/testsupport.h"
 
 #include <QtTest>
@@ -13,48 +14,6 @@
 using namespace kv;
 using namespace kv::test;
 
-// One property of each kind the standard editors handle.
-class TKinds : public QObject
-{
-    Q_OBJECT
-    Q_PROPERTY(TMode mode MEMBER m_mode)
-    Q_PROPERTY(Qt::Alignment alignment MEMBER m_alignment)
-    Q_PROPERTY(bool flag MEMBER m_flag)
-    Q_PROPERTY(int number MEMBER m_number)
-    Q_PROPERTY(qint64 big MEMBER m_big)
-    Q_PROPERTY(quint64 huge MEMBER m_huge)
-    Q_PROPERTY(double ratio MEMBER m_ratio)
-    Q_PROPERTY(float single MEMBER m_single)
-    Q_PROPERTY(QString text MEMBER m_text)
-    Q_PROPERTY(QChar letter MEMBER m_letter)
-    Q_PROPERTY(QObject *link MEMBER m_link)
-    Q_PROPERTY(QTimer *part READ part) // held, and shown through its own properties
-    Q_PROPERTY(QVariant any MEMBER m_any)
-    Q_PROPERTY(int fixed READ fixed)
-    Q_PROPERTY(QLocale locale MEMBER m_locale)
-
-public:
-    enum TMode { mdOne, mdTwo, mdThree = 7 };
-    Q_ENUM(TMode)
-    using QObject::QObject;
-    QTimer *part() { return &m_part; }
-    int fixed() const { return 42; }
-
-    TMode m_mode = mdTwo;
-    Qt::Alignment m_alignment = Qt::AlignLeft | Qt::AlignTop;
-    bool m_flag = true;
-    int m_number = -12;
-    qint64 m_big = -9000000000LL;
-    quint64 m_huge = 18000000000000000000ULL;
-    double m_ratio = 0.1 + 0.2;
-    float m_single = 0.1f;
-    QString m_text = QStringLiteral("Hello");
-    QChar m_letter = u'x';
-    QObject *m_link = nullptr;
-    QTimer m_part{this};
-    QVariant m_any = 5;
-    QLocale m_locale = QLocale::c();
-};
 
 // Editors for the registry tests, told apart by their values.
 template <int N>
