@@ -2,6 +2,7 @@
 
 #include "design/ideGen_designer.h"
 #include "foundation/ideSystem.h"
+#include "persist/ideCommon.h"
 #include "platform/kvComponentEditor.h"
 #include "platform/kvEventConnections.h"
 #include "platform/kvPropertyRegistry.h"
@@ -28,10 +29,13 @@ bool HostIsIDE()
 void ideGen::Initialize()
 {
     UnderDelphiIDE = HostIsIDE();
+    // Units that start earlier reach the designers through this.
+    GetDesignerProc = &GetDesigner;
 }
 
 void ideGen::Finalize()
 {
+    GetDesignerProc = nullptr;
     FinalizeDesigners();
     // The design-time framework goes with the design-time unit: connections first (they
     // name objects), then the editor registries.

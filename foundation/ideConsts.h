@@ -120,6 +120,20 @@ inline constexpr char SParseNumberRange[] = "Line %1: Number %2 is out of range"
 inline constexpr char SParseNameTooLong[] = "Line %1: Name %2 is longer than 255 characters";
 inline constexpr char SParseNullInList[] = "Line %1: Null can't be an item of a list";
 inline constexpr char SParseTooDeep[] = "Line %1: Nesting deeper than %2 levels";
+// Settings
+inline constexpr char SErrUnknRegType[] = "This type isn't supported by WriteToRegistry";
+inline constexpr char SErrRegWrite[] = "Can't write the settings file %1";
+inline constexpr char SRegUnreadable[] = "The settings file %1 can't be read: the defaults are used";
+inline constexpr char SRegCorrupt[] = "The settings file %1 is damaged: what can't be read gives the defaults, and the file is kept as %2 before it is next written";
+// Property streams and the component filer
+inline constexpr char SErrBadPropStream[] = "Error in property stream";
+inline constexpr char SErrReadProps[] = "Error reading properties";
+// Reader error dialog
+inline constexpr char SErrDlg[] = "Error Reading Form";
+inline constexpr char SErrMess[] = "%1.  Ignore the error and continue?  NOTE: Ignoring the error may cause components to be deleted or property values to be lost.";
+inline constexpr char SIgnoreButton[] = "&Ignore";
+inline constexpr char SCancelButton[] = "Cancel";
+inline constexpr char SIgnoreAll[] = "Ignore &All";
 
 // Tree sources
 inline constexpr char SErrNotTreeSource[] = "Class %1 is not a tree source";

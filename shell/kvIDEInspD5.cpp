@@ -4,6 +4,9 @@
 #include "foundation/ideConsts.h"
 #include "foundation/ideLib.h"
 #include "foundation/ideSystem.h"
+#include "install/ideApi.h"
+#include "persist/ideCommon.h"
+#include "persist/ideRerrDlg.h"
 #include "platform/kvException.h"
 #include "shell/IDEInspReg.h"
 #include "shell/ideHook.h"
@@ -48,10 +51,13 @@ std::span<TUnitInfo> GetPackageInfoTable()
 {
     // The units in their start order; a unit joins the table at its place in that order.
     static TUnitInfo table[] = {
+        {"ideApi", ideApi::Initialize, ideApi::Finalize, nullptr},
         {"ideConsts", ideConsts::Initialize, ideConsts::Finalize, nullptr},
         {"ideHook", ideHook::Initialize, ideHook::Finalize, nullptr},
         {"ideLib", ideLib::Initialize, ideLib::Finalize, nullptr},
         {"ideSystem", ideSystem::Initialize, ideSystem::Finalize, nullptr},
+        {"ideCommon", ideCommon::Initialize, ideCommon::Finalize, nullptr},
+        {"ideRerrDlg", ideRerrDlg::Initialize, ideRerrDlg::Finalize, nullptr},
         {"ideGen", ideGen::Initialize, ideGen::Finalize, nullptr},
         {"ideTSLite", ideTSLite::Initialize, ideTSLite::Finalize, nullptr},
         {"ideTreeInspReg", ideTreeInspReg::Initialize, ideTreeInspReg::Finalize, ideTreeInspReg::Register},

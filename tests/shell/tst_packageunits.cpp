@@ -92,7 +92,7 @@ private Q_SLOTS:
         QStringList names;
         for (const TUnitInfo &unit : GetPackageInfoTable())
             names << QString::fromLatin1(unit.Name);
-        QCOMPARE(names, u"ideConsts ideHook ideLib ideSystem ideGen ideTSLite ideTreeInspReg IDEInspReg"_s.split(u' '));
+        QCOMPARE(names, u"ideApi ideConsts ideHook ideLib ideSystem ideCommon ideRerrDlg ideGen ideTSLite ideTreeInspReg IDEInspReg"_s.split(u' '));
     }
 
     void packageStartSettlesHostDetection()
