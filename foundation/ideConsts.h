@@ -86,6 +86,12 @@ inline constexpr char SKindStringList[] = "string list";
 inline constexpr char SStringListEditor[] = "String list editor";
 inline constexpr char SStringListEditing[] = "Editing %1 (%2 lines)";
 
+// Key bindings: the names of the key mappings
+inline constexpr char SKBDDefault[] = "Default";
+inline constexpr char SKBDClassic[] = "Classic";
+inline constexpr char SKBDBrief[] = "Brief";
+inline constexpr char SKBDEpsilon[] = "Epsilon";
+
 // Component streams (binary form)
 inline constexpr char SInvalidStreamFormat[] = "Invalid stream format";
 inline constexpr char SReadError[] = "Stream read error";
