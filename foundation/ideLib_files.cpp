@@ -162,11 +162,19 @@ int ModifyFilesAttrInFolder(const QString &Mask, bool Recursive, QFileDevice::Pe
     return ModifyFilesAttr(files, Add, Remove);
 }
 
-void SaveStringToFile(const QString &FileName, const QString &S)
+void SaveFileWith(const QString &FileName, const std::function<void(QIODevice &File)> &Write)
 {
     QSaveFile file(FileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(S.toUtf8()) < 0 || !file.commit())
+    if (!file.open(QIODevice::WriteOnly))
         throw Exception(LoadStr(SErrFileWrite).arg(FileName, file.errorString()));
+    Write(file);
+    if (file.error() != QFileDevice::NoError || !file.commit())
+        throw Exception(LoadStr(SErrFileWrite).arg(FileName, file.errorString()));
+}
+
+void SaveStringToFile(const QString &FileName, const QString &S)
+{
+    SaveFileWith(FileName, [&S](QIODevice &File) { File.write(S.toUtf8()); });
 }
 
 QString ExpandRelativeFileName(const QString &BasePath, const QString &FileName)

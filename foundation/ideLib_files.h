@@ -59,6 +59,9 @@ KV_EXPORT int ModifyFilesAttrInFolder(const QString &Mask, bool Recursive, QFile
 // Writes S as UTF-8, replacing the file only once everything is written. Raises kv::Exception
 // (SErrFileWrite) on failure.
 KV_EXPORT void SaveStringToFile(const QString &FileName, const QString &S);
+// Writes FileName through Write into a new file that replaces the old one only when all of it
+// was written, so that a failure keeps the old file. Raises kv::Exception (SErrFileWrite).
+KV_EXPORT void SaveFileWith(const QString &FileName, const std::function<void(QIODevice &File)> &Write);
 
 // A relative FileName (or Path) taken from BasePath, cleaned of "." and ".." parts; an
 // absolute one only cleaned. ExpandRelativePath ends with "/".

@@ -1,12 +1,12 @@
 #include "foundation/ideLib_stringlists.h"
 
 #include "foundation/ideConsts.h"
+#include "foundation/ideLib_files.h"
 #include "foundation/ideLib_strings.h"
 #include "platform/kvException.h"
 
 #include <QFile>
 #include <QHash>
-#include <QSaveFile>
 
 #include <algorithm>
 
@@ -288,9 +288,7 @@ bool ChangeParamsInFile(const QString &FileName, const QStringList &Params, cons
     const QString changed = ReplaceParams(text, ParamTable(Params), Delim);
     if (changed == text)
         return false;
-    QSaveFile out(FileName);
-    if (!out.open(QIODevice::WriteOnly) || out.write(changed.toUtf8()) < 0 || !out.commit())
-        throw Exception(LoadStr(SErrFileWrite).arg(FileName, out.errorString()));
+    SaveStringToFile(FileName, changed);
     return true;
 }
 

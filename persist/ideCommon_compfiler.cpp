@@ -2,6 +2,7 @@
 
 #include "foundation/ideConsts.h"
 #include "foundation/ideCommon_forms.h"
+#include "foundation/ideLib_files.h"
 #include "foundation/ideSystem_components.h"
 #include "persist/ideCommon.h"
 #include "persist/ideLib_objstreams.h"
@@ -9,13 +10,11 @@
 #include "platform/kvComponentState.h"
 #include "platform/kvException.h"
 #include "platform/kvFiler.h"
-#include "platform/kvObjectText.h"
 #include "platform/kvScreen.h"
 
 #include <QBuffer>
 #include <QFile>
 #include <QMetaMethod>
-#include <QSaveFile>
 #include <QScopeGuard>
 #include <QWidget>
 
@@ -78,25 +77,13 @@ void TCompFiler::SaveToStream(QIODevice &Stream, QObject *Component)
 
 void TCompFiler::SaveToFile(const QString &FileName, QObject *Component)
 {
-    QSaveFile file(FileName);
-    if (!file.open(QIODevice::WriteOnly))
-        throw Exception::Fmt(SErrFileWrite, FileName, file.errorString());
-    SaveToStream(file, Component);
-    if (!file.commit())
-        throw Exception::Fmt(SErrFileWrite, FileName, file.errorString());
+    SaveFileWith(FileName, [&](QIODevice &File) { SaveToStream(File, Component); });
 }
 
 void TCompFiler::LoadFromStream(QIODevice &Stream, QObject *Component, QString &RootName)
 {
-    if (Stream.bytesAvailable() >= 9 && IsTextStream(Stream)) {
-        QBuffer binary;
-        binary.open(QIODevice::ReadWrite);
-        ObjectTextToBinary(Stream, binary);
-        binary.seek(0);
-        DoLoadFromStream(binary, Component, RootName);
-    } else {
-        DoLoadFromStream(Stream, Component, RootName);
-    }
+    QBuffer converted;
+    DoLoadFromStream(BinaryForm(Stream, converted), Component, RootName);
 }
 
 void TCompFiler::LoadFromFile(const QString &FileName, QObject *Component)

@@ -1,6 +1,7 @@
 #include "persist/ideLib_objstreams.h"
 
 #include "foundation/ideConsts.h"
+#include "foundation/ideLib_files.h"
 #include "platform/kvCollection.h"
 #include "platform/kvException.h"
 #include "platform/kvFiler.h"
@@ -8,7 +9,6 @@
 #include "platform/kvOwner.h"
 
 #include <QBuffer>
-#include <QSaveFile>
 #include <QScopeGuard>
 
 namespace kv {
@@ -95,27 +95,37 @@ void WriteObjToTextStream(QIODevice &Stream, QObject *Obj)
     ObjectBinaryToText(binary, Stream);
 }
 
+QIODevice &TextToBinaryForm(QIODevice &Stream, QBuffer &Buffer)
+{
+    Buffer.open(QIODevice::ReadWrite);
+    ObjectTextToBinary(Stream, Buffer);
+    Buffer.seek(0);
+    return Buffer;
+}
+
+bool StartsAsTextForm(const QByteArray &Head)
+{
+    return Head.startsWith("object") || Head.startsWith("inherited") || Head.startsWith("inline");
+}
+
+QIODevice &BinaryForm(QIODevice &Stream, QBuffer &Buffer)
+{
+    return StartsAsTextForm(Stream.peek(9)) ? TextToBinaryForm(Stream, Buffer) : Stream;
+}
+
 void ReadObjFromTextStream(QIODevice &Stream, QObject *Obj)
 {
     if (!Obj)
         return;
     QBuffer binary;
-    binary.open(QIODevice::ReadWrite);
-    ObjectTextToBinary(Stream, binary);
-    binary.seek(0);
-    ReadObjFromStream(binary, Obj);
+    ReadObjFromStream(TextToBinaryForm(Stream, binary), Obj);
 }
 
 namespace {
 
 void WriteFile(QObject *Obj, const QString &FileName, void (*Write)(QIODevice &, QObject *))
 {
-    QSaveFile file(FileName);
-    if (!file.open(QIODevice::WriteOnly))
-        throw Exception::Fmt(SErrFileWrite, FileName, file.errorString());
-    Write(file, Obj);
-    if (!file.commit())
-        throw Exception::Fmt(SErrFileWrite, FileName, file.errorString());
+    SaveFileWith(FileName, [&](QIODevice &File) { Write(File, Obj); });
 }
 
 void ReadFile(QObject *Obj, const QString &FileName, void (*Read)(QIODevice &, QObject *))

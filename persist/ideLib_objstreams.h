@@ -11,11 +11,14 @@
 // TPersHolder, so that its properties appear in the stream as the sub-properties of the
 // holder's P ("P.Caption"), and read back the same way into the object given.
 
+#include <QByteArray>
 #include <QFile>
 #include <QIODevice>
 #include <QObject>
 #include <QPointer>
 #include <QString>
+
+class QBuffer;
 
 namespace kv {
 
@@ -78,6 +81,15 @@ KV_EXPORT void ReadObjFromStream(QIODevice &Stream, QObject *Obj);
 // The same in the text form.
 KV_EXPORT void WriteObjToTextStream(QIODevice &Stream, QObject *Obj);
 KV_EXPORT void ReadObjFromTextStream(QIODevice &Stream, QObject *Obj);
+
+// Whether Head, the first bytes of a stream, begin the text form ("object", "inherited" or
+// "inline").
+KV_EXPORT bool StartsAsTextForm(const QByteArray &Head);
+// The text form at Stream's position converted into Buffer, which is opened and rewound.
+KV_EXPORT QIODevice &TextToBinaryForm(QIODevice &Stream, QBuffer &Buffer);
+// The binary form of the object at Stream's position: Stream itself when it holds the
+// binary form, else its text converted into Buffer.
+KV_EXPORT QIODevice &BinaryForm(QIODevice &Stream, QBuffer &Buffer);
 
 // Writes Obj to a new file (fmCreate) in binary or text. The file is replaced only once it
 // is written whole: a failed write leaves the old one. Raises kv::Exception (SErrFileWrite).

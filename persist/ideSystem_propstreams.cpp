@@ -2,10 +2,10 @@
 
 #include "foundation/ideConsts.h"
 #include "foundation/ideLib_props.h"
+#include "persist/ideLib_objstreams.h"
 #include "platform/kvClasses.h"
 #include "platform/kvException.h"
 #include "platform/kvFiler.h"
-#include "platform/kvObjectText.h"
 
 #include <QBuffer>
 #include <QIODevice>
@@ -50,23 +50,6 @@ private:
     QIODevice &m_stream;
     qint64 m_start;
 };
-
-bool StartsAsText(const QByteArray &Head)
-{
-    return Head.startsWith("object") || Head.startsWith("inherited") || Head.startsWith("inline");
-}
-
-// The binary form of the object at the stream's position: the stream itself when it holds
-// the binary form, else the text converted into Buffer.
-QIODevice &BinaryForm(QIODevice &Stream, QBuffer &Buffer)
-{
-    if (!StartsAsText(Stream.peek(9)))
-        return Stream;
-    Buffer.open(QIODevice::ReadWrite);
-    ObjectTextToBinary(Stream, Buffer);
-    Buffer.seek(0);
-    return Buffer;
-}
 
 // Reads the signature, the prefix and the class name, which it returns, and, when
 // SkipName, the object's name.
@@ -262,7 +245,7 @@ bool IsTextStream(QIODevice &Stream)
     const QByteArray head = Stream.peek(9);
     if (head.size() < 9)
         throw Exception(LoadStr(SReadError));
-    return StartsAsText(head);
+    return StartsAsTextForm(head);
 }
 
 const QMetaObject *GetClassFromStream(QIODevice &Stream)
