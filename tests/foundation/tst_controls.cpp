@@ -2,12 +2,10 @@
 #include "foundation/ideSystem_inotifier.h"
 #include "foundation/ideSystem_objparams.h"
 
-#include <QAction>
 #include <QDialog>
+#include <QDialogButtonBox>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTest>
-#include <QVBoxLayout>
 
 using namespace kv;
 using namespace Qt::StringLiterals;
@@ -22,70 +20,36 @@ public:
     using TKVCustomControl::TKVCustomControl;
     QStringList Log;
 
-protected:
     void DefaultKeyMapping() override
     {
-        Keys().AddSimpleKey(Qt::Key_Return, {}, [this] { Log << QStringLiteral("return"); });
-        Keys().AddSimpleKey(Qt::Key_Tab, {}, [this] { Log << QStringLiteral("tab"); });
-        Keys().AddKey(Qt::Key_K, Qt::ControlModifier, [this] { Log << QStringLiteral("prefix"); }, 0, 5);
-        Keys().AddKey(Qt::Key_B, {}, [this] { Log << QStringLiteral("K B"); }, 5, 0);
-        Keys().AddSimpleKey(Qt::Key_A, {}, [this] { Log << QStringLiteral("a bound"); });
+        Keys().AddSimpleKey(Qt::Key_Return, {}, [this] { Log << u"return"_s; });
+        Keys().AddSimpleKey(Qt::Key_Tab, {}, [this] { Log << u"tab"_s; });
+        Keys().AddKey(Qt::Key_K, Qt::ControlModifier, [this] { Log << u"prefix"_s; }, 0, 5);
+        Keys().AddKey(Qt::Key_B, {}, [this] { Log << u"K B"_s; }, 5, 0);
+        Keys().AddSimpleKey(Qt::Key_A, {}, [this] { Log << u"a bound"_s; });
     }
     bool InsertChar(QChar Char) override
     {
-        Log << QStringLiteral("insert ") + Char;
+        Log << u"insert "_s + Char;
         return true;
-    }
-};
-
-void BriefMapping(QObject *Control)
-{
-    static_cast<TKeyedControl *>(Control)->Keys().AddSimpleKey(Qt::Key_F1, {}, [Control] {
-        static_cast<TKeyedControl *>(Control)->Log << QStringLiteral("brief F1");
-    });
-}
-
-class TRecorder : public INotifier
-{
-public:
-    QList<quint32> Got;
-    std::function<void(TMessage &)> During;
-    void Dispatch(TMessage &Message) override
-    {
-        Got << Message.Msg;
-        if (During)
-            During(Message);
     }
 };
 
 } // namespace
 
-class tst_Controls : public QObject
+class tst_Controls : public QObject, public INotifier
 {
     Q_OBJECT
 
-    // A dialog with a default button, the control and an edit after it, shown and active.
-    struct TFixture
+    // The handler of the first message posts a second one before recording the first.
+    QList<quint32> m_got;
+    std::unique_ptr<TKVHandleObject> m_handle = std::make_unique<TKVHandleObject>(this);
+    void Dispatch(TMessage &Message) override
     {
-        QDialog Dialog;
-        TKeyedControl *Control = new TKeyedControl(&Dialog);
-        QLineEdit *After = new QLineEdit(&Dialog);
-        QPushButton *Ok = new QPushButton(QStringLiteral("OK"), &Dialog);
-        int Accepted = 0;
-        TFixture()
-        {
-            auto *layout = new QVBoxLayout(&Dialog);
-            layout->addWidget(Control);
-            layout->addWidget(After);
-            layout->addWidget(Ok);
-            Ok->setDefault(true);
-            QObject::connect(Ok, &QPushButton::clicked, [this] { ++Accepted; });
-            Control->UpdateKeyMapping();
-            Dialog.show();
-            Dialog.activateWindow();
-            Control->setFocus();
-        }
-    };
+        if (Message.Msg == 1)
+            m_handle->PostMsg(2);
+        m_got << Message.Msg;
+    }
 
 private Q_SLOTS:
     void cleanup() { FinalizeObjectParamList(); }
@@ -94,107 +58,80 @@ private Q_SLOTS:
     {
         QTest::addColumn<bool>("wantReturns");
         QTest::addColumn<bool>("wantTabs");
-        QTest::addColumn<QList<QKeyCombination>>("keys");
-        QTest::addColumn<QStringList>("log");
-        QTest::addColumn<int>("accepted");
-        QTest::addColumn<bool>("focusLeft");
-        const QKeyCombination ret(Qt::Key_Return), ctrlRet(Qt::ControlModifier, Qt::Key_Return);
-        const QKeyCombination tab(Qt::Key_Tab), ctrlK(Qt::ControlModifier, Qt::Key_K);
-        QTest::newRow("Enter is the control's") << true << false << QList{ret} << QStringList{u"return"_s} << 0 << false;
-        QTest::newRow("Enter left to the dialog") << false << false << QList{ret} << QStringList{} << 1 << false;
-        QTest::newRow("Ctrl+Enter without modifiers")
-            << false << false << QList{ctrlRet} << QStringList{u"return"_s} << 0 << false;
-        QTest::newRow("Tab moves on") << true << false << QList{tab} << QStringList{} << 0 << true;
-        QTest::newRow("Tab is the control's") << true << true << QList{tab} << QStringList{u"tab"_s} << 0 << false;
-        QTest::newRow("prefix, then its key")
-            << true << false << QList{ctrlK, QKeyCombination(Qt::Key_B)} << QStringList{u"prefix"_s, u"K B"_s} << 0 << false;
+        QTest::addColumn<QString>("keys");
+        QTest::addColumn<QString>("log");
+        QTest::newRow("Enter and Tab wanted") << true << true << u"Return, Tab"_s << u"return, tab"_s;
+        QTest::newRow("Enter left to the dialog") << false << false << u"Return"_s << u"accepted"_s;
+        QTest::newRow("Ctrl+Enter without modifiers") << false << false << u"Ctrl+Return"_s << u"return"_s;
+        // Ctrl+K is the host's shortcut only once the focus has left the control.
+        QTest::newRow("Tab moves on") << true << false << u"Tab, Ctrl+K"_s << u"shortcut"_s;
+        QTest::newRow("prefix, then its key") << true << false << u"Ctrl+K, B"_s << u"prefix, K B"_s;
         QTest::newRow("prefix, then nothing bound, then the key alone")
-            << true << false << QList{ctrlK, QKeyCombination(Qt::Key_C), QKeyCombination(Qt::Key_B)}
-            << QStringList{u"prefix"_s, u"insert c"_s, u"insert b"_s} << 0 << false;
-        QTest::newRow("a bound key inserts nothing")
-            << true << false << QList{QKeyCombination(Qt::Key_A)} << QStringList{u"a bound"_s} << 0 << false;
+            << true << false << u"Ctrl+K, C, B"_s << u"prefix, insert c, insert b"_s;
+        QTest::newRow("a bound key inserts nothing") << true << false << u"A"_s << u"a bound"_s;
     }
+    // A dialog with the control and a default button after it, and a shortcut.
     void keysReachTheControlOrTheDialog()
     {
+        QDialog dialog;
+        auto *control = new TKeyedControl(&dialog);
+        auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok, &dialog); // OK is the default button
+        connect(buttons, &QDialogButtonBox::accepted, [control] { control->Log << u"accepted"_s; });
+        dialog.addAction(u"Host"_s, QKeySequence(u"Ctrl+K"_s), [control] { control->Log << u"shortcut"_s; });
         QFETCH(bool, wantReturns);
         QFETCH(bool, wantTabs);
-        QFETCH(QList<QKeyCombination>, keys);
-        TFixture f;
-        f.Control->SetWantReturns(wantReturns);
-        f.Control->SetWantTabs(wantTabs);
-        QVERIFY(QTest::qWaitForWindowActive(&f.Dialog));
-        for (const QKeyCombination key : keys)
-            QTest::keyClick(f.Control, key.key(), key.keyboardModifiers());
-        QTEST(f.Control->Log, "log");
-        QTEST(f.Accepted, "accepted");
-        QTEST(f.After->hasFocus(), "focusLeft");
-    }
-
-    // A key the control binds is not the host's shortcut while the control has the focus.
-    void boundKeysBeatShortcuts()
-    {
-        TFixture f;
-        int fired = 0;
-        auto *action = new QAction(&f.Dialog);
-        action->setShortcut(QKeySequence(Qt::ControlModifier | Qt::Key_K));
-        f.Dialog.addAction(action);
-        connect(action, &QAction::triggered, [&] { ++fired; });
-        QVERIFY(QTest::qWaitForWindowActive(&f.Dialog));
-        QTest::keyClick(f.Control, Qt::Key_K, Qt::ControlModifier);
-        QCOMPARE(fired, 0);
-        f.After->setFocus();
-        QTest::keyClick(f.After, Qt::Key_K, Qt::ControlModifier);
-        QCOMPARE(fired, 1);
+        QFETCH(QString, keys);
+        control->SetWantReturns(wantReturns);
+        control->SetWantTabs(wantTabs);
+        control->UpdateKeyMapping();
+        dialog.show();
+        control->setFocus();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        for (const QString &key : keys.split(u", "_s))
+            QTest::keySequence(QApplication::focusWidget(), QKeySequence(key));
+        QTEST(control->Log.join(u", "), "log");
     }
 
     void mappingsByName()
     {
-        RegisterKeyboardInitProc(&TKVCustomControl::staticMetaObject, QStringLiteral("Brief"), BriefMapping);
+        RegisterKeyboardInitProc(&TKVCustomControl::staticMetaObject, u"Brief"_s, [](QObject *Control) {
+            static_cast<TKVCustomControl *>(Control)->Keys().AddSimpleKey(Qt::Key_F1, {}, {});
+        });
         TKeyedControl control;
-        control.SetKeyMapping(QStringLiteral("brief"));
+        control.SetKeyMapping(u"brief"_s);
         QCOMPARE(control.Keys().Count(), 1); // the registered mapping, not the default one
-        control.SetKeyMapping(QStringLiteral("Epsilon"));
+        control.SetKeyMapping(u"Epsilon"_s);
         QCOMPARE(control.Keys().Count(), 5);
-        QCOMPARE(control.KeyMapping(), QStringLiteral("Epsilon"));
     }
 
+    // A message posted inside the handler would come first if it were delivered at once.
     void postedMessagesComeAfterTheHandler()
     {
-        TRecorder owner;
-        auto handle = std::make_unique<TKVHandleObject>(&owner);
-        owner.During = [&](TMessage &Message) {
-            if (Message.Msg == 1) {
-                handle->PostMsg(2);
-                QCOMPARE(owner.Got, QList<quint32>{1}); // not delivered inside the handler
-            }
-        };
-        handle->PostMsg(1);
-        QVERIFY(owner.Got.isEmpty());
-        QTRY_COMPARE(owner.Got, (QList<quint32>{1, 2}));
+        m_handle->PostMsg(1);
+        QTRY_COMPARE(m_got, (QList<quint32>{1, 2}));
         // Messages still queued when the object goes are dropped.
-        handle->PostMsg(3);
-        handle.reset();
+        m_handle->PostMsg(3);
+        m_handle.reset();
         QCoreApplication::processEvents();
-        QCOMPARE(owner.Got.size(), 2);
+        QCOMPARE(m_got.size(), 2);
     }
 
     void ctrlTabMovesBetweenTabs()
     {
         TKVTabControl tabs;
-        auto *editor = new QLineEdit;
         auto *page = new QWidget;
-        (new QVBoxLayout(page))->addWidget(editor); // added after the page joined below
-        tabs.addTab(page, QStringLiteral("one"));
-        tabs.addTab(new QLineEdit, QStringLiteral("two"));
-        tabs.addTab(new QLineEdit, QStringLiteral("three"));
+        auto *before = new QLineEdit(page); // inside the page before it joins the tabs
+        tabs.addTab(page, u"one"_s);
+        auto *after = new QLineEdit(page); // and after it joined
+        tabs.addTab(new QLineEdit, u"two"_s);
+        tabs.addTab(new QLineEdit, u"three"_s);
         tabs.show();
         QVERIFY(QTest::qWaitForWindowActive(&tabs));
-        editor->setFocus();
-        QTest::keyClick(editor, Qt::Key_Tab, Qt::ControlModifier);
+        QTest::keyClick(after, Qt::Key_Tab, Qt::ControlModifier);
         QCOMPARE(tabs.currentIndex(), 1);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+        QTest::keyClick(before, Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(tabs.currentIndex(), 0);
-        QCOMPARE(tabs.property("Version").toString(), QStringLiteral("3.1"));
+        QCOMPARE(tabs.property("Version").toString(), u"3.1"_s);
     }
 };
 

@@ -8,44 +8,42 @@
 
 #include <QDateTime>
 #include <QDir>
-#include <QFileInfo>
 #include <QFile>
+#include <QFileInfo>
 #include <QSettings>
 #include <QTemporaryDir>
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 
 namespace {
 
-// A new folder for every input: QSettings keeps what it read of a file for the whole process
-// and reads it again only when its size or time changed, which a quick run can't tell.
-QString NextSettingsFile()
+// The input as the settings file of a new folder: QSettings keeps what it read of a file for the
+// whole process and reads it again only when its size or time changed, which a quick run can't tell.
+bool WriteSettingsFile(const uint8_t *Data, size_t Size)
 {
     static QTemporaryDir dir;
     static int count = 0;
-    static bool quiet = (qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {}), true);
-    Q_UNUSED(quiet);
+    [[maybe_unused]] static const bool quiet =
+        (qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {}), true);
     QDir(dir.filePath(QString::number(count))).removeRecursively();
-    ++count;
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(dir.filePath(QString::number(count))));
-    return kv::RegistryFileName();
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(dir.filePath(QString::number(++count))));
+    QFile out(kv::RegistryFileName());
+    if (!QDir().mkpath(QFileInfo(out).absolutePath()) || !out.open(QIODevice::WriteOnly))
+        return false;
+    out.write(reinterpret_cast<const char *>(Data), qint64(Size));
+    return true;
 }
 
 void ReadEverything(const QString &Name)
 {
     static std::array<char, 70000> buffer;
-    kv::ReadFromRegistry(Name, 0);
-    kv::ReadFromRegistry(Name, QVariant::fromValue<short>(0));
-    kv::ReadFromRegistry(Name, 0.0);
-    kv::ReadFromRegistry(Name, 0.0f);
-    kv::ReadFromRegistry(Name, false);
-    kv::ReadFromRegistry(Name, QString());
-    kv::ReadFromRegistry(Name, QDateTime());
-    kv::ReadFromRegistry(Name, QDate());
-    kv::ReadFromRegistry(Name, QTime());
+    // A default of every type the store reads.
+    static const QVariantList defaults{0, QVariant::fromValue<short>(0), 0.0, 0.0f, false, QString(),
+                                       QDateTime(), QDate(), QTime()};
+    for (const QVariant &fallback : defaults)
+        kv::ReadFromRegistry(Name, fallback);
     QStringList lines;
     kv::ReadStringsFromRegistry(Name, lines);
     kv::GetRegBufSize(Name);
@@ -65,23 +63,13 @@ void ReadEverything(const QString &Name)
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *Data, size_t Size)
 {
     kv::ReleaseRegistry();
-    const QString file = NextSettingsFile();
-    QDir().mkpath(QFileInfo(file).absolutePath());
-    {
-        QFile out(file);
-        if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            return 0;
-        out.write(reinterpret_cast<const char *>(Data), qint64(Size));
-    }
+    if (!WriteSettingsFile(Data, Size))
+        return 0;
     // Names relative to the top of the file, so that every key the file holds can be named.
     kv::RegistryKey.clear();
     QStringList names{QStringLiteral("Width"), QStringLiteral("Forms\\Main\\WinPos"), QStringLiteral("a\\b")};
-    {
-        const QSettings keys(file, QSettings::IniFormat);
-        const QStringList all = keys.allKeys();
-        for (qsizetype i = 0; i < all.size() && i < 64; ++i)
-            names.append(QString(all[i]).replace(u'/', u'\\'));
-    }
+    for (const QString &key : QSettings(kv::RegistryFileName(), QSettings::IniFormat).allKeys().mid(0, 64))
+        names.append(QString(key).replace(u'/', u'\\'));
     for (const QString &name : std::as_const(names)) {
         ReadEverything(name);
         ReadEverything(name.toUpper());

@@ -9,6 +9,7 @@
 #include "platform/kvFiler.h"
 #include "platform/kvObjectText.h"
 #include "platform/kvStreamDefaults.h"
+#include "tests/streamsupport.h"
 #include "tests/testsupport.h"
 
 #include <QApplication>
@@ -47,13 +48,6 @@ struct TStream : QBuffer
     }
 };
 
-QByteArray ToText(const QByteArray &Resource)
-{
-    TStream in(Resource), out;
-    ObjectResourceToText(in, out);
-    return out.data();
-}
-
 QByteArray Save(TCompFiler &Filer, QObject *Component)
 {
     TStream stream;
@@ -86,106 +80,125 @@ private Q_SLOTS:
     void cleanupTestCase() { FinalizeStreamDefaults(); }
     void cleanup() { ReaderErrorHandler = nullptr; }
 
-    // Handlers without slots get identifiers in the order met (a name met again keeps its
-    // own) and are written back, with the class named after the root. The binary form with
-    // and without its resource header and the text form load alike.
-    void eventsKeptAndWrittenBack()
+    // Handlers without slots get identifiers in the order met (a name met again keeps its own)
+    // and are written back, with the class named after the root. A form read from text and the
+    // demo host's windows, changed from how they are built, saved and loaded into a fresh one
+    // through the binary form with and without its resource header and the text form, save the
+    // same again.
+    void roundTrips_data()
     {
+        QTest::addColumn<int>("window");
+        QTest::addRow("form with handlers") << 0;
+        QTest::addRow("demo data module") << 1;
+        QTest::addRow("demo items form") << 2;
+    }
+    void roundTrips()
+    {
+        QFETCH(int, window);
+        DemoDataModule module;
+        const auto make = [&]() -> std::unique_ptr<QObject> {
+            if (window == 0)
+                return std::make_unique<TFilerForm>();
+            if (window == 1)
+                return std::make_unique<DemoDataModule>();
+            return std::make_unique<ItemsForm>(&module);
+        };
+        const std::unique_ptr<QObject> original = make();
         TCompFiler filer;
-        TFilerForm form;
-        QCOMPARE(Load(filer, &form, FormText), QStringLiteral("Form1"));
-        QCOMPARE(filer.EventNames(), (QStringList{QStringLiteral("FormCreate"), QStringLiteral("Button1Click")}));
-        QCOMPARE(filer.EventNameByID(2), QStringLiteral("Button1Click"));
-        QCOMPARE(filer.EventNameByID(3), QString());
-        QCOMPARE(filer.AddEvent(QStringLiteral("BUTTON1CLICK")), 2);
-        QVERIFY(!filer.HasErrors);
-        TCompFiler copy;
-        copy.Assign(filer);
-        QCOMPARE(copy.AddEvent(QStringLiteral("Other")), 3);
-
-        const QByteArray saved = Save(filer, &form);
-        const QByteArray text = ToText(saved);
-        QVERIFY2(text.startsWith("object Form1: TForm1\n"), text.constData());
+        if (window == 0) {
+            QCOMPARE(Load(filer, original.get(), FormText), QStringLiteral("Form1"));
+            QCOMPARE(filer.EventNames(), (QStringList{QStringLiteral("FormCreate"), QStringLiteral("Button1Click")}));
+            QCOMPARE(filer.EventNameByID(2), QStringLiteral("Button1Click"));
+            QCOMPARE(filer.EventNameByID(3), QString());
+            QCOMPARE(filer.AddEvent(QStringLiteral("BUTTON1CLICK")), 2);
+            TCompFiler copy;
+            copy.Assign(filer);
+            QCOMPARE(copy.AddEvent(QStringLiteral("Other")), 3);
+        } else if (window == 1) {
+            original->setProperty("databaseName", QStringLiteral("/tmp/other.db"));
+        } else if (auto *form = qobject_cast<QWidget *>(original.get())) {
+            form->setWindowTitle(QStringLiteral("Changed 'title'"));
+            form->setGeometry(12, 34, 567, 321);
+            for (QWidget *child : form->findChildren<QWidget *>())
+                child->setToolTip(QStringLiteral("Tip of ") + child->objectName());
+        }
+        const QByteArray saved = Save(filer, original.get());
+        const QByteArray text = kv::test::Convert(ObjectResourceToText, saved);
+        const QByteArray name = original->objectName().toLatin1();
+        QVERIFY2(text.startsWith(QByteArray("object " + name + ": T" + name + "\n")), text.constData());
         for (const char *line : {"\n  OnCreate = FormCreate\n", "\n    OnClicked = Button1Click\n", "\n    OnClicked = button1click\n"})
-            QVERIFY2(text.contains(line), text.constData());
+            QVERIFY2(window != 0 || text.contains(line), text.constData());
         TStream bare(saved);
         ReadResourceHeader(bare);
         for (const QByteArray &data : {saved, bare.readAll(), text}) {
+            const std::unique_ptr<QObject> copy = make();
             TCompFiler other;
-            TFilerForm again;
-            QCOMPARE(Load(other, &again, data), QStringLiteral("Form1"));
+            QCOMPARE(Load(other, copy.get(), data), original->objectName());
             QCOMPARE(other.EventNames(), filer.EventNames());
-            QCOMPARE(Save(other, &again), saved);
+            QCOMPARE(Save(other, copy.get()), saved);
         }
     }
 
-    // OnError decides alone; otherwise the handler is asked until it ignores all; every
-    // error, handled or not, sets HasErrors; an error nobody handles ends the load.
-    void readerErrors_data()
-    {
-        QTest::addColumn<int>("who"); // 0 OnError, 1 handler ignores all, 2 ignores each, 3 cancels, 4 nobody
-        QTest::addColumn<int>("asked");
-        QTest::addRow("OnError") << 0 << 2;
-        QTest::addRow("ignore all") << 1 << 1;
-        QTest::addRow("ignore each") << 2 << 2;
-        QTest::addRow("cancel") << 3 << 1;
-        QTest::addRow("nobody") << 4 << 0;
-    }
-    void readerErrors()
-    {
-        QFETCH(int, who);
-        QFETCH(int, asked);
-        TCompFiler filer;
-        filer.IgnoreErrors = true; // a load starts afresh
-        QStringList messages;
-        if (who == 0)
-            filer.OnError = [&](TReader &, const QString &Message, bool &Handled) {
-                messages << Message;
-                Handled = true;
-            };
-        else if (who < 4)
-            ReaderErrorHandler = [&, who](const QString &Message, bool &Handled, bool &IgnoreAll) {
-                messages << Message;
-                Handled = who != 3;
-                IgnoreAll = who == 1;
-            };
-        TFilerForm form;
-        QCOMPARE(ErrorOf([&] { Load(filer, &form, BadText); }).isEmpty(), who < 3);
-        QCOMPARE(messages.size(), asked);
-        QVERIFY(filer.HasErrors);
-        QVERIFY(messages.isEmpty() || messages.first().contains(QStringLiteral("Bogus1")));
-    }
-
-    // A data module or a form of the class asked for, named after the stream's root,
-    // designing when asked, OnLoaded after the read and after the naming; the filer's finder
-    // for the load only; a failed load leaves nothing behind.
+    // A data module or a form of the class asked for, named after the stream's root, designing
+    // when asked, OnLoaded after the read and after the naming; the filer's finder for the load
+    // only. A load starts afresh and every error, handled or not, sets HasErrors. OnError decides
+    // alone (the handler, set beside it, is not asked); otherwise the handler is asked until it
+    // ignores all; an error nobody handles ends the load and leaves nothing behind.
     void createFromStream_data()
     {
         QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QString>("className");
+        // An answer an error: OnError handles (E); the handler ignores all (A), ignores (I), cancels (C).
+        QTest::addColumn<QString>("answers");
         QTest::addColumn<bool>("design");
-        QTest::addRow("form") << FormText << QStringLiteral("TFilerForm") << false;
-        QTest::addRow("designed form") << FormText << QStringLiteral("TFilerForm") << true;
-        QTest::addRow("data module") << QByteArray("object Module7: TDataModule\nend\n") << QStringLiteral("kv::TDataModule") << false;
-        QTest::addRow("failing") << BadText << QString() << false;
+        QTest::addColumn<QString>("className"); // empty: the load fails
+        const QString form = QStringLiteral("TFilerForm");
+        QTest::addRow("designed form") << FormText << QString() << true << form;
+        QTest::addRow("data module") << QByteArray("object Module7: TDataModule\nend\n") << QString() << false
+                                     << QStringLiteral("kv::TDataModule");
+        QTest::addRow("OnError") << BadText << "EE" << false << form;
+        QTest::addRow("handler ignores all") << BadText << "A" << false << form;
+        QTest::addRow("handler ignores each") << BadText << "II" << false << form;
+        QTest::addRow("handler cancels") << BadText << "C" << false << QString();
+        QTest::addRow("nobody handles") << BadText << QString() << false << QString();
     }
     void createFromStream()
     {
         QFETCH(QByteArray, text);
-        QFETCH(QString, className);
+        QFETCH(QString, answers);
         QFETCH(bool, design);
+        QFETCH(QString, className);
         TCompFiler filer;
         filer.UseGlobalFind = true;
+        filer.IgnoreErrors = filer.HasErrors = true; // a load starts afresh
         int loaded = 0;
         filer.OnLoaded = [&](TCompFiler &Sender) { loaded += &Sender == &filer; };
+        QStringList asked, expected;
+        if (answers.startsWith(u'E'))
+            filer.OnError = [&](TReader &, const QString &Message, bool &Handled) {
+                asked << QStringLiteral("E ") + Message;
+                Handled = true;
+            };
+        if (!answers.isEmpty())
+            ReaderErrorHandler = [&](const QString &Message, bool &Handled, bool &IgnoreAll) {
+                const QChar answer = asked.size() < answers.size() ? answers[asked.size()] : u'?';
+                asked << QStringLiteral("H ") + Message;
+                Handled = answer != u'C';
+                IgnoreAll = answer == u'A';
+            };
         const TFindGlobalComponentProc previous = SetFindGlobalComponentProc([&](const QString &) { return this; });
         const qsizetype windows = QApplication::topLevelWidgets().size();
         TStream stream(text);
+        const QMetaObject *rootClass = GetClass(QString::fromLatin1(text.split(' ').at(2).split('\n').at(0)));
         std::unique_ptr<QObject> created;
-        const QString error = ErrorOf(
-            [&] { created.reset(filer.CreateFromStream(stream, GetClass(className.section(QStringLiteral("::"), -1)), design)); });
+        const QString error = ErrorOf([&] { created.reset(filer.CreateFromStream(stream, rootClass, design)); });
         QCOMPARE(SetFindGlobalComponentProc(previous)(QString()), this);
-        QCOMPARE(error.isEmpty(), !className.isEmpty());
+        const QString bogus = QStringLiteral("Error reading Form1.Bogus%1: Property Bogus%1 does not exist");
+        QCOMPARE(error, className.isEmpty() ? bogus.arg(1) : QString());
+        QCOMPARE(filer.HasErrors, text == BadText);
+        for (qsizetype i = 0; i < answers.size(); ++i)
+            expected << (answers[i] == u'E' ? QStringLiteral("E ") : QStringLiteral("H ")) + bogus.arg(i + 1);
+        QCOMPARE(asked, expected);
+        QCOMPARE(loaded, created ? 2 : 0);
         if (!created) {
             QCOMPARE(QApplication::topLevelWidgets().size(), windows);
             return;
@@ -193,17 +206,15 @@ private Q_SLOTS:
         QCOMPARE(QString::fromLatin1(created->metaObject()->className()), className);
         QCOMPARE(created->objectName(), QString::fromLatin1(text.split(' ').at(1).chopped(1)));
         QCOMPARE(bool(ComponentState(created.get()) & csDesigning), design);
-        QCOMPARE(loaded, 2);
     }
 
     void findersAndOnCreate()
     {
-        QWidget designed, plain;
-        designed.setObjectName(QStringLiteral("Other"));
-        IncludeState(&designed, csDesigning);
+        const auto designed = kv::test::NamedWindow(QStringLiteral("Other"));
+        IncludeState(designed.get(), csDesigning);
         QCOMPARE(TCompFiler::GlobalFindCompWithoutDesigned(QStringLiteral("other")), nullptr);
-        plain.setObjectName(QStringLiteral("Other"));
-        QCOMPARE(TCompFiler::GlobalFindCompWithoutDesigned(QStringLiteral("OTHER")), &plain);
+        const auto plain = kv::test::NamedWindow(QStringLiteral("Other"));
+        QCOMPARE(TCompFiler::GlobalFindCompWithoutDesigned(QStringLiteral("OTHER")), plain.get());
 
         // What a handler raises goes to the exception display.
         TFilerForm form;
@@ -213,44 +224,6 @@ private Q_SLOTS:
         TCompFiler::CallCompOnCreate(&form);
         SetExceptionHandler(previous);
         QCOMPARE(shown, QStringLiteral("boom"));
-    }
-
-    // The demo host's windows, changed from how they are built, saved and loaded into a fresh
-    // one through the binary and the text form, save the same again.
-    void demoWindowsRoundTrip_data()
-    {
-        QTest::addColumn<int>("window");
-        QTest::addRow("data module") << 0;
-        QTest::addRow("items form") << 1;
-    }
-    void demoWindowsRoundTrip()
-    {
-        QFETCH(int, window);
-        DemoDataModule module;
-        const auto make = [&]() -> std::unique_ptr<QObject> {
-            if (window == 0)
-                return std::make_unique<DemoDataModule>();
-            return std::make_unique<ItemsForm>(&module);
-        };
-        const std::unique_ptr<QObject> original = make();
-        if (window == 0)
-            original->setProperty("databaseName", QStringLiteral("/tmp/other.db"));
-        else if (auto *form = qobject_cast<QWidget *>(original.get())) {
-            form->setWindowTitle(QStringLiteral("Changed 'title'"));
-            form->setGeometry(12, 34, 567, 321);
-            for (QWidget *child : form->findChildren<QWidget *>())
-                child->setToolTip(QStringLiteral("Tip of ") + child->objectName());
-        }
-        TCompFiler filer;
-        const QByteArray saved = Save(filer, original.get());
-        for (const QByteArray &data : {saved, ToText(saved)}) {
-            const std::unique_ptr<QObject> copy = make();
-            TCompFiler other;
-            const QString error = ErrorOf([&] { Load(other, copy.get(), data); });
-            QVERIFY2(error.isEmpty(), qPrintable(error));
-            QVERIFY(!other.HasErrors);
-            QCOMPARE(Save(other, copy.get()), saved);
-        }
     }
 };
 
